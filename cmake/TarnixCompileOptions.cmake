@@ -1,0 +1,15 @@
+# What every target of the project is compiled with.
+
+add_compile_options(
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-qual -Werror
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
+  $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
+  -fno-omit-frame-pointer)
+
+if(TARNIX_SANITIZE)
+  add_compile_options(-fsanitize=${TARNIX_SANITIZE} -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${TARNIX_SANITIZE})
+else()
+  # A symbol that no library defines must fail here, not in somebody's application.
+  add_link_options(LINKER:--no-undefined)
+endif()

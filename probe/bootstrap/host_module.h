@@ -1,0 +1,35 @@
+#pragma once
+
+#include "probe/platform/application.h"
+#include "probe/platform/bundle.h"
+#include "probe/platform/class_registry.h"
+#include "probe/platform/main_queue.h"
+#include "probe/platform/notification_center.h"
+#include "probe/platform/user_defaults.h"
+
+namespace tarnix {
+
+/// What a toolkit brings to `platform::Platform`. None is null; all live as long as the process.
+struct HostServices {
+  platform::Application* application = nullptr;
+  platform::Bundle* bundle = nullptr;
+  platform::ClassRegistry* classRegistry = nullptr;
+  platform::MainQueue* mainQueue = nullptr;
+  platform::NotificationCenter* notificationCenter = nullptr;
+  platform::UserDefaults* userDefaults = nullptr;
+};
+
+/// What a toolkit module is given when it is loaded.
+struct HostModuleContext {
+  /// The second way into the probe: called by the module's load hook, on the main thread, with the
+  /// reason "ObjC +load". Finds the work done wherever the static initialiser ran before.
+  void (*bootstrap)(const char* reason) = nullptr;
+};
+
+/// The one symbol that a toolkit module exports, as "tarnixprobe_host_module". A module is loaded
+/// locally and shares no other symbol with the core: they meet in the virtual functions of
+/// `probe/platform/`. Called once, on the loading thread, before `main`.
+using HostModuleEntry = const HostServices* (*)(const HostModuleContext* context);
+inline constexpr const char* hostModuleEntryName = "tarnixprobe_host_module";
+
+}  // namespace tarnix

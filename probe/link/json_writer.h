@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tarnix {
+
+/// Writes one JSON text, front to back, without an intermediate tree. Keeps the JSON library out
+/// of every header.
+///
+/// A value that JSON cannot hold (a number that is not finite, text that is not UTF-8) does not
+/// stop the writing; it makes `take` answer with nothing.
+class JsonWriter {
+ public:
+  JsonWriter();
+  ~JsonWriter();
+
+  void startObject();
+  void endObject();
+  void startArray();
+  void endArray();
+  void key(std::string_view name);
+  void string(std::string_view text);
+  /// `text` is known to need no escaping, as Base64 does not: it is copied as it is.
+  void plainString(std::string_view text);
+  void integer(std::int64_t value);
+  void unsignedInteger(std::uint64_t value);
+  void number(double value);
+  void boolean(bool value);
+
+  /// The finished text, or false and an empty text when a value could not be written.
+  bool take(std::string& text);
+
+ private:
+  struct Implementation;
+  std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace tarnix
