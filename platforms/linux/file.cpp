@@ -1,0 +1,70 @@
+#include "probe/platform/file.h"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <utility>
+
+namespace tarnix::platform {
+
+namespace {
+
+constexpr mode_t fileMode = 0644;
+
+class Descriptor {
+ public:
+  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+  ~Descriptor() { close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int get() const { return descriptor_; }
+
+  /// Whether the system took everything that was written.
+  bool close() {
+    const int descriptor = std::exchange(descriptor_, -1);
+    return descriptor < 0 || ::close(descriptor) == 0;
+  }
+
+ private:
+  int descriptor_;
+};
+
+bool writeAll(int descriptor, std::string_view contents) {
+  while (!contents.empty()) {
+    const ssize_t written = ::write(descriptor, contents.data(), contents.size());
+    if (written < 0 && errno == EINTR) {
+      continue;
+    }
+    if (written <= 0) {
+      return false;
+    }
+    contents.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+}  // namespace
+
+bool createFile(const std::string& path, std::string_view contents) {
+  // Renaming replaces what stands at `path` in one step, whatever it is, and readers see the old
+  // file or the new one. mkostemp opens with O_EXCL, which never follows a link.
+  std::string temporary = path + ".XXXXXX";
+  Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+  if (file.get() < 0) {
+    return false;
+  }
+  if (::fchmod(file.get(), fileMode) == 0 && writeAll(file.get(), contents) && file.close() &&
+      ::rename(temporary.c_str(), path.c_str()) == 0) {
+    return true;
+  }
+  ::unlink(temporary.c_str());
+  return false;
+}
+
+}  // namespace tarnix::platform
