@@ -1,0 +1,9 @@
+#include "probe/capture/probelog.h"
+
+#include "probe/platform/diagnostics.h"
+
+namespace tarnix {
+
+void probelog(std::string_view line) { platform::writeStandardError(line); }
+
+}  // namespace tarnix

@@ -1,0 +1,120 @@
+#include "probe/commands/probe_command_handler.h"
+
+#include <array>
+#include <cstddef>
+
+#include "probe/commands/screen_html_command.h"
+#include "probe/model/probe_state.h"
+#include "probe/platform/main_thread.h"
+
+namespace tarnix::ProbeCommandHandler {
+namespace {
+
+using Handler = void (*)(const CompanionMessage&);
+
+struct Route {
+  enum class Kind {
+    /// A command that does something.
+    handled,
+    /// Accepted without effect, line or answer: what only the probe sends, and commands that other
+    /// members of the family carry out.
+    ignored,
+    /// A command of the protocol whose handler does not exist yet.
+    notBuiltYet,
+  };
+
+  CompanionMessageType type;
+  Kind kind;
+  Handler handler;
+};
+
+constexpr Route handledBy(CompanionMessageType type, Handler handler) {
+  return {type, Route::Kind::handled, handler};
+}
+constexpr Route ignored(CompanionMessageType type) { return {type, Route::Kind::ignored, nullptr}; }
+constexpr Route notBuiltYet(CompanionMessageType type) {
+  return {type, Route::Kind::notBuiltYet, nullptr};
+}
+
+void clearStore(const CompanionMessage&) { ProbeState::shared().clear(); }
+void screenHTML(const CompanionMessage&) { handleScreenHTML(); }
+
+// One row for each message type, in the order of the types.
+constexpr std::array<Route, companionMessageTypeCount> routes = {
+    ignored(CompanionMessageType::syncFull),
+    ignored(CompanionMessageType::eventHttpRequest),
+    ignored(CompanionMessageType::eventWsConnection),
+    ignored(CompanionMessageType::eventWsFrame),
+    ignored(CompanionMessageType::eventWsStatusChange),
+    ignored(CompanionMessageType::eventLog),
+    ignored(CompanionMessageType::eventEnvironmentChange),
+    ignored(CompanionMessageType::eventRulesChange),
+    ignored(CompanionMessageType::eventQAUpdate),
+    ignored(CompanionMessageType::eventUserDefaultsChange),
+    ignored(CompanionMessageType::eventKeychainChange),
+    ignored(CompanionMessageType::commandSwitchEnvironment),
+    handledBy(CompanionMessageType::commandClearStore, clearStore),
+    ignored(CompanionMessageType::commandToggleRule),
+    notBuiltYet(CompanionMessageType::commandAddMockRule),
+    notBuiltYet(CompanionMessageType::commandRemoveMockRule),
+    notBuiltYet(CompanionMessageType::commandAddInterceptRule),
+    notBuiltYet(CompanionMessageType::commandRemoveInterceptRule),
+    ignored(CompanionMessageType::commandReplayRequest),
+    notBuiltYet(CompanionMessageType::commandFireDeepLink),
+    ignored(CompanionMessageType::commandMarkQAPassed),
+    ignored(CompanionMessageType::commandMarkQAFailed),
+    ignored(CompanionMessageType::commandResetQAItem),
+    notBuiltYet(CompanionMessageType::commandFindElement),
+    notBuiltYet(CompanionMessageType::commandScreenText),
+    ignored(CompanionMessageType::responseFindElement),
+    ignored(CompanionMessageType::responseScreenText),
+    notBuiltYet(CompanionMessageType::commandRequestSnapshot),
+    notBuiltYet(CompanionMessageType::commandRequestScreenshot),
+    ignored(CompanionMessageType::responseScreenshot),
+    handledBy(CompanionMessageType::commandScreenHTML, screenHTML),
+    ignored(CompanionMessageType::responseScreenHTML),
+    notBuiltYet(CompanionMessageType::commandPerfSnapshot),
+    ignored(CompanionMessageType::responsePerfSnapshot),
+    notBuiltYet(CompanionMessageType::commandAccessibilityAudit),
+    ignored(CompanionMessageType::responseAccessibilityAudit),
+    notBuiltYet(CompanionMessageType::commandGetWebViewConsole),
+    ignored(CompanionMessageType::responseWebViewConsole),
+    notBuiltYet(CompanionMessageType::commandTap),
+    ignored(CompanionMessageType::responseTap),
+    notBuiltYet(CompanionMessageType::commandSwipe),
+    ignored(CompanionMessageType::responseSwipe),
+    notBuiltYet(CompanionMessageType::commandTypeText),
+    ignored(CompanionMessageType::responseTypeText),
+    ignored(CompanionMessageType::responseSnapshot),
+    notBuiltYet(CompanionMessageType::commandShowOverlay),
+    notBuiltYet(CompanionMessageType::commandHideOverlay),
+    ignored(CompanionMessageType::heartbeat),
+};
+
+constexpr bool rowsStandInOrder() {
+  for (std::size_t row = 0; row < routes.size(); ++row) {
+    if (static_cast<std::size_t>(routes[row].type) != row ||
+        (routes[row].kind == Route::Kind::handled) != (routes[row].handler != nullptr)) {
+      return false;
+    }
+  }
+  return true;
+}
+static_assert(rowsStandInOrder());
+
+}  // namespace
+
+void handle(const CompanionMessage& message) noexcept {
+  platform::assertMainThread();
+  const Route& route = routes[static_cast<std::size_t>(message.type)];
+  if (route.kind != Route::Kind::handled) {
+    return;
+  }
+  try {
+    route.handler(message);
+  } catch (...) {
+    // A command that ran out of memory has no answer; the host goes on.
+  }
+}
+
+}  // namespace tarnix::ProbeCommandHandler

@@ -1,0 +1,21 @@
+#include "probe/link/capture_installers.h"
+
+#include <array>
+
+namespace tarnix {
+namespace {
+
+constexpr std::array<CaptureInstaller, 6> installers = {{
+    {"network interceptor and session hook", nullptr},
+    {"screen tracker", nullptr},
+    {"log capture", nullptr},
+    {"performance monitor", nullptr},
+    {"web-view console capture", nullptr},
+    {"crash handler", nullptr},
+}};
+
+}  // namespace
+
+std::span<const CaptureInstaller> captureInstallers() { return installers; }
+
+}  // namespace tarnix

@@ -1,0 +1,141 @@
+#include "probe/link/companion_connection.h"
+
+#include <exception>
+#include <utility>
+
+namespace tarnix {
+namespace {
+
+// How long a companion's machine may be silent before the system asks whether it is still there.
+constexpr std::chrono::seconds keepaliveIdle{5};
+
+std::optional<std::string> encodeFrame(const CompanionMessage& message) {
+  try {
+    const std::optional<std::string> envelope = message.encodeEnvelope();
+    return envelope ? CompanionFramer::handleOutput(*envelope) : std::nullopt;
+  } catch (const std::exception&) {
+    // Out of memory: the message is lost, the thread is not.
+    return std::nullopt;
+  }
+}
+
+std::optional<CompanionError> networkError(const std::optional<platform::NetworkError>& error) {
+  if (!error) {
+    return std::nullopt;
+  }
+  return CompanionError{CompanionError::Kind::network, error->description};
+}
+
+}  // namespace
+
+platform::TcpParameters companionTcp() {
+  return {.enableKeepalive = true, .keepaliveIdle = keepaliveIdle};
+}
+
+CompanionConnection::CompanionConnection(std::shared_ptr<platform::Connection> connection,
+                                         platform::SerialQueue& queue)
+    : connection_(std::move(connection)), queue_(queue) {}
+
+void CompanionConnection::setStateHandler(StateHandler handler) {
+  connection_->setStateHandler(std::move(handler));
+}
+
+void CompanionConnection::start() { connection_->start(); }
+
+void CompanionConnection::cancel() { connection_->cancel(); }
+
+void CompanionConnection::sendCompanionMessage(CompanionMessage message,
+                                               SendCompletion completion) {
+  queue_.async([self = shared_from_this(), message = std::move(message),
+                completion = std::move(completion)] {
+    std::optional<std::string> frame = encodeFrame(message);
+    if (!frame) {
+      completion(CompanionError{CompanionError::Kind::encoding, "the message cannot be put into a frame"});
+      return;
+    }
+    self->connection_->send(*std::move(frame),
+                            [completion](const std::optional<platform::NetworkError>& error) {
+                              completion(networkError(error));
+                            });
+  });
+}
+
+void CompanionConnection::receiveCompanionMessage(ReceiveHandler handler) {
+  queue_.async([self = shared_from_this(), handler = std::move(handler)] {
+    self->receivers_.push_back(handler);
+    self->serveReceivers();
+  });
+}
+
+void CompanionConnection::serveReceivers() {
+  // A frame that is too large for this machine's memory ends its connection, not the host.
+  try {
+    while (!receivers_.empty()) {
+      if (!serveNextReceiver()) {
+        requestBytes();
+        return;
+      }
+    }
+  } catch (const std::exception& error) {
+    connection_->cancel();
+    failNextReceiver(error.what());
+  }
+}
+
+bool CompanionConnection::serveNextReceiver() {
+  const std::optional<std::string> body = framer_.nextBody();
+  if (!body) {
+    return false;
+  }
+  std::optional<CompanionMessage> message = CompanionMessage::decodeEnvelope(*body);
+  std::optional<CompanionError> error;
+  if (!message) {
+    error = {CompanionError::Kind::decoding, "the frame holds no companion message"};
+  }
+  const ReceiveHandler receiver = std::move(receivers_.front());
+  receivers_.pop_front();
+  receiver(std::move(message), std::move(error));
+  return true;
+}
+
+void CompanionConnection::requestBytes() {
+  if (isReceiving_) {
+    return;
+  }
+  isReceiving_ = true;
+  connection_->receive(
+      [self = shared_from_this()](const std::string& bytes,
+                                  const std::optional<platform::NetworkError>& error) {
+        self->isReceiving_ = false;
+        self->handleBytes(bytes, error);
+      });
+}
+
+void CompanionConnection::handleBytes(const std::string& bytes,
+                                      const std::optional<platform::NetworkError>& error) {
+  if (error) {
+    failNextReceiver(error->description);
+    // Whoever asks next learns the same from the connection.
+    serveReceivers();
+    return;
+  }
+  try {
+    framer_.handleInput(bytes);
+  } catch (const std::exception& exception) {
+    connection_->cancel();
+    failNextReceiver(exception.what());
+    return;
+  }
+  serveReceivers();
+}
+
+void CompanionConnection::failNextReceiver(std::string description) {
+  if (receivers_.empty()) {
+    return;
+  }
+  const ReceiveHandler receiver = std::move(receivers_.front());
+  receivers_.pop_front();
+  receiver(std::nullopt, CompanionError{CompanionError::Kind::network, std::move(description)});
+}
+
+}  // namespace tarnix
