@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "probe/platform/application.h"
+#include "tests/fakes/fake_window.h"
+
+namespace tarnix::fakes {
+
+class FakeWindowScene : public platform::WindowScene {
+ public:
+  std::vector<std::shared_ptr<platform::Window>> windows() const override { return windowList; }
+
+  std::vector<std::shared_ptr<platform::Window>> windowList;
+};
+
+class FakeApplication : public platform::Application {
+ public:
+  std::vector<std::shared_ptr<platform::WindowScene>> connectedScenes() const override {
+    return scenes;
+  }
+
+  /// Puts a key window into a scene of its own.
+  std::shared_ptr<FakeWindow> addKeyWindow() {
+    auto window = std::make_shared<FakeWindow>();
+    window->name = "Window";
+    window->key = true;
+    auto scene = std::make_shared<FakeWindowScene>();
+    scene->windowList.push_back(window);
+    scenes.push_back(std::move(scene));
+    return window;
+  }
+
+  std::vector<std::shared_ptr<platform::WindowScene>> scenes;
+};
+
+}  // namespace tarnix::fakes

@@ -1,0 +1,53 @@
+#include "tests/fakes/fake_services.h"
+
+#include "probe/platform/diagnostics.h"
+#include "probe/platform/file.h"
+
+namespace tarnix::fakes {
+
+FakeServices& FakeServices::shared() {
+  static FakeServices& services = *new FakeServices;
+  return services;
+}
+
+void FakeServices::reset() {
+  const std::lock_guard guard(mutex);
+  lines.clear();
+  standardError.clear();
+  files.clear();
+}
+
+std::string FakeServices::standardErrorText() const {
+  const std::lock_guard guard(mutex);
+  std::string text;
+  for (const std::string& written : standardError) {
+    text += written;
+  }
+  return text;
+}
+
+}  // namespace tarnix::fakes
+
+namespace tarnix::platform {
+
+void writeStandardError(std::string_view text) {
+  fakes::FakeServices& services = fakes::FakeServices::shared();
+  const std::lock_guard guard(services.mutex);
+  services.lines.push_back("stderr: " + std::string(text));
+  services.standardError.emplace_back(text);
+}
+
+void writeSystemLog(std::string_view line) {
+  fakes::FakeServices& services = fakes::FakeServices::shared();
+  const std::lock_guard guard(services.mutex);
+  services.lines.push_back("system log: " + std::string(line));
+}
+
+bool createFile(const std::string& path, std::string_view contents) {
+  fakes::FakeServices& services = fakes::FakeServices::shared();
+  const std::lock_guard guard(services.mutex);
+  services.files[path] = contents;
+  return true;
+}
+
+}  // namespace tarnix::platform

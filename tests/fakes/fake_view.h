@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "probe/platform/view.h"
+#include "tests/fakes/fake_accessibility_item.h"
+
+namespace tarnix::fakes {
+
+/// Answers what its members hold, for any interface that is a view.
+template <class Interface>
+class FakeViewOf : public FakeItemOf<Interface> {
+ public:
+  std::string className() const override { return name; }
+  bool isHidden() const override { return hidden; }
+  double alpha() const override { return opacity; }
+  std::vector<std::shared_ptr<platform::View>> subviews() const override { return children; }
+  bool isTextField() const override { return textField; }
+
+  std::string name = "View";
+  bool hidden = false;
+  double opacity = 1;
+  std::vector<std::shared_ptr<platform::View>> children;
+  bool textField = false;
+};
+
+using FakeView = FakeViewOf<platform::View>;
+
+}  // namespace tarnix::fakes
