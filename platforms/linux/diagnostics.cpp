@@ -12,6 +12,8 @@
 #include <ctime>
 #include <string>
 
+#include "platforms/linux/descriptor.h"
+
 namespace tarnix::platform {
 
 namespace {
@@ -63,15 +65,11 @@ bool sendDatagram(const char* address, const std::string& bytes) {
   sockaddr_un target{};
   target.sun_family = AF_UNIX;
   std::strncpy(target.sun_path, address, sizeof(target.sun_path) - 1);
-  const int descriptor = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-  if (descriptor < 0) {
-    return false;
-  }
-  const ssize_t sent =
-      ::sendto(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT,
-               static_cast<const sockaddr*>(static_cast<const void*>(&target)), sizeof(target));
-  ::close(descriptor);
-  return sent >= 0;
+  const linux_platform::Descriptor socket(
+      ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  return ::sendto(socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT,
+                  static_cast<const sockaddr*>(static_cast<const void*>(&target)),
+                  sizeof(target)) >= 0;
 }
 
 }  // namespace

@@ -8,32 +8,14 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
-#include <utility>
+
+#include "platforms/linux/descriptor.h"
 
 namespace tarnix::platform {
 
 namespace {
 
 constexpr mode_t fileMode = 0644;
-
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  ~Descriptor() { close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int get() const { return descriptor_; }
-
-  /// Whether the system took everything that was written.
-  bool close() {
-    const int descriptor = std::exchange(descriptor_, -1);
-    return descriptor < 0 || ::close(descriptor) == 0;
-  }
-
- private:
-  int descriptor_;
-};
 
 bool writeAll(int descriptor, std::string_view contents) {
   while (!contents.empty()) {
@@ -55,8 +37,8 @@ bool createFile(const std::string& path, std::string_view contents) {
   // Renaming replaces what stands at `path` in one step, whatever it is, and readers see the old
   // file or the new one. mkostemp opens with O_EXCL, which never follows a link.
   std::string temporary = path + ".XXXXXX";
-  Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-  if (file.get() < 0) {
+  linux_platform::Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+  if (!file.isOpen()) {
     return false;
   }
   if (::fchmod(file.get(), fileMode) == 0 && writeAll(file.get(), contents) && file.close() &&

@@ -1,0 +1,75 @@
+#include <dlfcn.h>
+
+#include <string>
+
+#include "platforms/linux/core_module/core_entry.h"
+#include "platforms/linux/local_device.h"
+#include "platforms/linux/loopback_network.h"
+#include "platforms/linux/module_path.h"
+#include "platforms/linux/system_clock.h"
+#include "probe/bootstrap/bootstrap.h"
+#include "probe/bootstrap/host_module.h"
+#include "probe/platform/diagnostics.h"
+#include "probe/platform/platform.h"
+
+namespace tarnix::linux_platform {
+
+namespace {
+
+constexpr const char* toolkitModule = "libtarnixprobe-qt6.so";
+
+void report(const std::string& reason) {
+  platform::writeStandardError("[TarnixProbe] Cannot load " + std::string(toolkitModule) + ": " +
+                               reason + "\n");
+}
+
+const HostServices* loadToolkit() {
+  const std::string path = modulePath(toolkitModule);
+  void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  void* const entry = module == nullptr ? nullptr : dlsym(module, hostModuleEntryName);
+  if (entry == nullptr) {
+    const char* const error = dlerror();
+    report(error != nullptr ? error : "it has no entry");
+    return nullptr;
+  }
+  static constexpr HostModuleContext context{tarnixprobe_bootstrap};
+  const HostServices* const services = reinterpret_cast<HostModuleEntry>(entry)(&context);
+  if (services == nullptr) {
+    report("it does not work with this host");
+  }
+  return services;
+}
+
+const CoreEntryPoints* loadCore() {
+  const HostServices* const services = loadToolkit();
+  if (services == nullptr) {
+    return nullptr;
+  }
+  platform::Platform platform;
+  platform.application = services->application;
+  platform.bundle = services->bundle;
+  platform.classRegistry = services->classRegistry;
+  platform.clock = &SystemClock::shared();
+  platform.device = &LocalDevice::shared();
+  platform.mainQueue = services->mainQueue;
+  platform.network = &LoopbackNetwork::shared();
+  platform.notificationCenter = services->notificationCenter;
+  platform.userDefaults = services->userDefaults;
+  platform::setCurrent(platform);
+  static constexpr CoreEntryPoints entryPoints{tarnixprobe_bootstrap, TarnixProbeBootstrap};
+  return &entryPoints;
+}
+
+}  // namespace
+
+}  // namespace tarnix::linux_platform
+
+extern "C" [[gnu::visibility("default")]] const tarnix::linux_platform::CoreEntryPoints*
+tarnixprobe_core() {
+  try {
+    return tarnix::linux_platform::loadCore();
+  } catch (...) {
+    // Memory ran out. The host goes on without the probe.
+    return nullptr;
+  }
+}
