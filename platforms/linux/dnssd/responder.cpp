@@ -1,5 +1,6 @@
 #include "platforms/linux/dnssd/responder.h"
 
+#include <avahi-common/address.h>
 #include <avahi-common/alternative.h>
 #include <avahi-common/error.h>
 #include <avahi-common/malloc.h>
@@ -22,6 +23,9 @@ class ServerConfig {
     config_.allow_interfaces = avahi_string_list_new(loopbackInterface, nullptr);
     // The loopback interface has no multicast route for IPv6.
     config_.use_ipv6 = 0;
+    // The library would claim the address's reverse name for this process, as every other host
+    // does for itself.
+    config_.publish_addresses = 0;
     config_.publish_hinfo = 0;
     config_.publish_workstation = 0;
     config_.publish_domain = 0;
@@ -73,18 +77,13 @@ void Responder::handleServer(AvahiServer* server, AvahiServerState state, void* 
     case AVAHI_SERVER_RUNNING:
       responder.registerService(server);
       break;
-    case AVAHI_SERVER_COLLISION:
-      responder.renameHost(server);
-      break;
-    case AVAHI_SERVER_REGISTERING:
-      if (responder.group_ != nullptr) {
-        avahi_s_entry_group_reset(responder.group_);
-      }
-      break;
     case AVAHI_SERVER_FAILURE:
       responder.giveUp(avahi_server_errno(server));
       break;
     case AVAHI_SERVER_INVALID:
+    case AVAHI_SERVER_REGISTERING:
+    case AVAHI_SERVER_COLLISION:
+      // These are about the machine's own records, of which there are none.
       break;
   }
 }
@@ -97,22 +96,19 @@ void Responder::registerService(AvahiServer* server) {
     giveUp(avahi_server_errno(server));
     return;
   }
-  int error =
-      avahi_server_add_service(server, group_, interface_, AVAHI_PROTO_UNSPEC, {}, name_.c_str(),
-                               request_.type, nullptr, nullptr, request_.port, nullptr);
+  AvahiAddress address{};
+  avahi_address_parse("127.0.0.1", AVAHI_PROTO_INET, &address);
+  int error = avahi_server_add_address(server, group_, interface_, AVAHI_PROTO_UNSPEC,
+                                       AVAHI_PUBLISH_NO_REVERSE,
+                                       avahi_server_get_host_name_fqdn(server), &address);
+  if (error == AVAHI_OK) {
+    error =
+        avahi_server_add_service(server, group_, interface_, AVAHI_PROTO_UNSPEC, {}, name_.c_str(),
+                                 request_.type, nullptr, nullptr, request_.port, nullptr);
+  }
   if (error == AVAHI_OK) {
     error = avahi_s_entry_group_commit(group_);
   }
-  if (error < 0) {
-    giveUp(error);
-  }
-}
-
-void Responder::renameHost(AvahiServer* server) {
-  char* const alternative = avahi_alternative_host_name(avahi_server_get_host_name(server));
-  const int error = alternative == nullptr ? AVAHI_ERR_NO_MEMORY
-                                           : avahi_server_set_host_name(server, alternative);
-  avahi_free(alternative);
   if (error < 0) {
     giveUp(error);
   }

@@ -27,7 +27,6 @@ class Responder {
                           void* self);
 
   void registerService(AvahiServer* server);
-  void renameHost(AvahiServer* server);
   void rename();
   void giveUp(int error);
 
