@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+
+#include "probe/commands/screen_html_response.h"
+#include "probe/link/companion_framer.h"
+#include "probe/link/companion_message.h"
+#include "probe/model/full_sync_payload.h"
+#include "tests/unit/json_edit.h"
+#include "tests/unit/marked_text.h"
+
+namespace tarnix::tests {
+namespace {
+
+/// A frame file: lines that begin with "#" are comments; "[header]" is hexadecimal, "[body]" is the
+/// body broken into lines, "[payload]" what its Base64 holds (absent: nothing).
+struct GoldenFrame {
+  std::string header;
+  std::string body;
+  std::string payload;
+
+  static GoldenFrame read(const std::filesystem::path& path) {
+    std::map<std::string, std::vector<std::string>> sections;
+    std::string section;
+    for (const std::string& line : linesOfFile(path)) {
+      const std::size_t start = line.find_first_not_of(' ');
+      if (start == std::string::npos || line[start] == '#') {
+        continue;
+      }
+      if (line == "[header]" || line == "[body]" || line == "[payload]") {
+        section = line;
+      } else {
+        sections[section].push_back(line);
+      }
+    }
+    return {bytesOfHex(joined(sections["[header]"])), joined(sections["[body]"]),
+            joined(sections["[payload]"])};
+  }
+};
+
+template <class R>
+std::optional<std::string> thereAndBack(const CompanionMessage& message) {
+  const std::optional<R> record = message.decode<R>();
+  return record ? encodeJson(*record) : std::nullopt;
+}
+
+/// The payload after it has been a record of its type; as it is where the type has none.
+std::optional<std::string> payloadThroughItsRecord(const CompanionMessage& message) {
+  switch (message.type) {
+    case CompanionMessageType::syncFull:
+      return thereAndBack<FullSyncPayload>(message);
+    case CompanionMessageType::eventHttpRequest:
+      return thereAndBack<TransferableNetworkRequest>(message);
+    case CompanionMessageType::eventLog:
+      return thereAndBack<TransferableLogEntry>(message);
+    case CompanionMessageType::responseScreenHTML:
+      return thereAndBack<ScreenHTMLResponse>(message);
+    default:
+      return message.payload;
+  }
+}
+
+class GoldenFrames : public testing::TestWithParam<std::filesystem::path> {};
+
+TEST_P(GoldenFrames, AreReadAsWhatTheySay) {
+  const GoldenFrame golden = GoldenFrame::read(GetParam());
+  CompanionFramer framer;
+  framer.handleInput(golden.header + golden.body);
+  EXPECT_EQ(framer.nextBody(), golden.body);
+  EXPECT_EQ(framer.nextBody(), std::nullopt);
+
+  const auto message = CompanionMessage::decodeEnvelope(golden.body);
+  ASSERT_TRUE(message);
+  const std::string fileName = GetParam().filename();
+  EXPECT_TRUE(fileName.starts_with(std::string(rawValue(message->type)) + "."));
+  EXPECT_TRUE(message->payload == golden.payload || sameJson(message->payload, golden.payload))
+      << message->payload;
+}
+
+TEST_P(GoldenFrames, AreWrittenAsTheyWereRead) {
+  const GoldenFrame golden = GoldenFrame::read(GetParam());
+  auto message = CompanionMessage::decodeEnvelope(golden.body);
+  ASSERT_TRUE(message);
+  const std::optional<std::string> payload = payloadThroughItsRecord(*message);
+  ASSERT_TRUE(payload) << "the payload is not the record of its type";
+  EXPECT_TRUE(*payload == golden.payload || sameJson(*payload, golden.payload)) << *payload;
+
+  const std::optional<std::string> body = message->encodeEnvelope();
+  ASSERT_TRUE(body);
+  EXPECT_TRUE(sameJson(*body, golden.body)) << *body;
+  EXPECT_EQ(CompanionFramer::handleOutput(golden.body), golden.header + golden.body);
+}
+
+std::vector<std::filesystem::path> goldenFiles() {
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(TARNIX_SOURCE_DIR "/tests/golden/frames")) {
+    files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::string nameOf(const testing::TestParamInfo<std::filesystem::path>& parameter) {
+  std::string name = parameter.param.stem();
+  std::replace_if(
+      name.begin(), name.end(), [](char letter) { return letter == '.' || letter == '-'; }, '_');
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Frames, GoldenFrames, testing::ValuesIn(goldenFiles()), nameOf);
+
+}  // namespace
+}  // namespace tarnix::tests
