@@ -26,10 +26,14 @@ int noteLibrary(dl_phdr_info* info, size_t, void* result) {
 }
 
 /// The web engine's renderers, network services and the like are processes of the same libraries,
-/// each told its part by an argument. They need not go by the usual name.
-bool isWebEngineHelper(int argumentCount, const char* const* arguments) {
+/// each told its part by an argument. They mostly, but not always, go by one name.
+bool isWebEngineHelper(const LoadedLibraries& libraries, int argumentCount,
+                       const char* const* arguments) {
   if (strcmp(program_invocation_short_name, "QtWebEngineProcess") == 0) {
     return true;
+  }
+  if (!libraries.hasWebEngine) {
+    return false;
   }
   static constexpr char processType[] = "--type=";
   for (int index = 1; index < argumentCount; ++index) {
@@ -49,7 +53,7 @@ bool isHost(int argumentCount, const char* const* arguments) {
   LoadedLibraries libraries;
   dl_iterate_phdr(noteLibrary, &libraries);
   return libraries.hasCore && libraries.hasGui &&
-         !(libraries.hasWebEngine && isWebEngineHelper(argumentCount, arguments));
+         !isWebEngineHelper(libraries, argumentCount, arguments);
 }
 
 }  // namespace tarnix::linux_platform

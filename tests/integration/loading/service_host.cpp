@@ -1,6 +1,6 @@
 // A process that serves and announces as a host does, without a toolkit: what the tests of
-// discovery, of other users and of forked children look at. Prints its port, then one line an event,
-// until its standard input ends. Arguments: the service's name, then optional words:
+// discovery, of other users and of forked children look at. Prints its port, then one line an
+// event, until its standard input ends. Arguments: the service's name, then optional words:
 //   fork     forks once the listener is ready, and the child lives on without the parent's work
 //   exit=N   leaves by `exit` with this code once the listener is ready
 #include <unistd.h>

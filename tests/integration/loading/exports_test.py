@@ -1,0 +1,43 @@
+"""Every library that we load into hosts exports what it must, and nothing else."""
+
+import re
+import unittest
+
+from loading_support import *
+
+EXPORTS = {
+    "libtarnixprobe.so": {"tarnixprobe_bootstrap", "TarnixProbeBootstrap"},
+    "libtarnixprobe-core.so": {"tarnixprobe_core"},
+    "libtarnixprobe-dnssd.so": {"tarnixprobe_advertise"},
+    # The second one keeps the host's sequence of random numbers its own.
+    "libtarnixprobe-mdns.so": {"tarnixprobe_advertise", "rand"},
+    "libtarnixprobe-qt6.so": {"tarnixprobe_host_module"},
+}
+# Modules for parts of a toolkit: one entry each.
+PART_EXPORT = re.compile(r"tarnixprobe_\w+")
+
+
+class Exports(unittest.TestCase):
+    def test_nothing_but_the_entries(self):
+        libraries = sorted(LIBRARIES.glob("libtarnixprobe*.so"))
+        self.assertGreaterEqual(len(libraries), 4)
+        for library in libraries:
+            with self.subTest(library.name):
+                _, text, _ = run(["nm", "--dynamic", "--defined-only", library])
+                names = {line.split()[-1].split("@")[0] for line in text.splitlines()}
+                if library.name in EXPORTS:
+                    self.assertEqual(names, EXPORTS[library.name])
+                else:
+                    self.assertEqual(len(names), 1, names)
+                    self.assertRegex(next(iter(names)), PART_EXPORT)
+
+    def test_no_writable_code_and_no_late_binding(self):
+        for library in LIBRARIES.glob("libtarnixprobe*.so"):
+            with self.subTest(library.name):
+                _, dynamic, _ = run(["readelf", "--dynamic", library])
+                self.assertNotIn("TEXTREL", dynamic)
+                self.assertRegex(dynamic, r"FLAGS_1.*NOW")
+
+
+if __name__ == "__main__":
+    main()
