@@ -1,0 +1,48 @@
+#include "platforms/qt6/base/host_services.h"
+
+#include "platforms/qt6/base/qt_application.h"
+#include "platforms/qt6/base/qt_bundle.h"
+#include "platforms/qt6/base/qt_class_registry.h"
+#include "platforms/qt6/base/qt_main_queue.h"
+#include "platforms/qt6/base/qt_notification_center.h"
+#include "platforms/qt6/base/qt_user_defaults.h"
+#include "platforms/qt6/base/start_up_hook.h"
+#include "platforms/qt6/base/window_order.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+/// The second way into the probe: called when the toolkit starts, it finds the work done wherever
+/// the preloaded library's own initialiser ran before.
+class _TarnixProbeLoader {
+ public:
+  static void load(const HostModuleContext& context) {
+    if (context.bootstrap != nullptr) {
+      context.bootstrap("ObjC +load");
+    }
+  }
+};
+
+}  // namespace
+
+const HostServices& installHostServices(const HostModuleContext* context) {
+  static const HostServices& services =
+      *new HostServices{&QtApplication::shared(),        &QtBundle::shared(),
+                        &QtClassRegistry::shared(),      &QtMainQueue::shared(),
+                        &QtNotificationCenter::shared(), &QtUserDefaults::shared()};
+  start_up_hook::install(
+      [context = context == nullptr ? HostModuleContext() : *context] {
+        QtMainQueue::shared().start();
+        WindowOrder::shared().start();
+        _TarnixProbeLoader::load(context);
+        QtNotificationCenter::shared().start();
+      },
+      [] {
+        QtNotificationCenter::shared().stop();
+        QtMainQueue::shared().stop();
+      });
+  return services;
+}
+
+}  // namespace tarnix::qt6

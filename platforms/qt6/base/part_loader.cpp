@@ -1,0 +1,85 @@
+#include "platforms/qt6/base/part_loader.h"
+
+#include <dlfcn.h>
+#include <link.h>
+
+namespace tarnix::qt6 {
+
+namespace {
+
+/// How often the loader has added an object so far.
+unsigned long long librariesAdded() {
+  unsigned long long result = 0;
+  dl_iterate_phdr(
+      [](dl_phdr_info* object, std::size_t, void* count) {
+        *static_cast<unsigned long long*>(count) = object->dlpi_adds;
+        return 1;
+      },
+      &result);
+  return result;
+}
+
+bool isLoaded(const char* library) {
+  void* const handle = dlopen(library, RTLD_LAZY | RTLD_NOLOAD);
+  if (handle == nullptr) {
+    return false;
+  }
+  dlclose(handle);
+  return true;
+}
+
+/// The folder that this module lies in, with a slash at its end.
+std::string ownFolder() {
+  static const char anchor = 0;
+  Dl_info image{};
+  if (dladdr(&anchor, &image) == 0 || image.dli_fname == nullptr) {
+    return {};
+  }
+  const std::string path = image.dli_fname;
+  return path.substr(0, path.rfind('/') + 1);
+}
+
+}  // namespace
+
+PartLoader& PartLoader::shared() {
+  static PartLoader& instance = *new PartLoader;
+  return instance;
+}
+
+void PartLoader::add(UserInterfacePart* part) { parts_.push_back(part); }
+
+void PartLoader::update() {
+  const unsigned long long added = librariesAdded();
+  if (added == librariesSeen_) {
+    return;
+  }
+  for (Candidate& candidate : candidates_) {
+    if (!candidate.isSettled && isLoaded(candidate.hostLibrary)) {
+      candidate.isSettled = true;
+      if (UserInterfacePart* part = load(ownFolder() + candidate.fileName)) {
+        add(part);
+      }
+    }
+  }
+  // Counted before: what a part itself has added to the process calls for one more look, no more.
+  librariesSeen_ = added;
+}
+
+UserInterfacePart* PartLoader::load(const std::string& fileName) {
+  void* const module = dlopen(fileName.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  void* const entry = module == nullptr ? nullptr : dlsym(module, userInterfacePartEntryName);
+  // Without the part its windows are shown without content.
+  return entry == nullptr ? nullptr : reinterpret_cast<UserInterfacePartEntry>(entry)(this);
+}
+
+std::shared_ptr<platform::View> PartLoader::viewOf(QWindow& window,
+                                                   const Surroundings& surroundings) {
+  for (UserInterfacePart* part : parts_) {
+    if (std::shared_ptr<platform::View> view = part->viewOf(window, surroundings)) {
+      return view;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platforms/qt6/shared/user_interface_part.h"
+
+namespace tarnix::qt6 {
+
+/// Brings in the parts for those user interface libraries that the host itself has loaded, and asks
+/// them for views. Main thread.
+class PartLoader : public ViewSource {
+ public:
+  static PartLoader& shared();
+
+  /// For tests, which link the parts instead of loading them.
+  void add(UserInterfacePart* part);
+
+  /// Looks again when a library was loaded since the last time: QML brings its own along late.
+  void update();
+
+  std::shared_ptr<platform::View> viewOf(QWindow& window,
+                                         const Surroundings& surroundings) override;
+
+ private:
+  PartLoader() = default;
+  UserInterfacePart* load(const std::string& fileName);
+
+  struct Candidate {
+    const char* hostLibrary;
+    const char* fileName;
+    bool isSettled = false;
+  };
+
+  std::vector<Candidate> candidates_ = {
+      {"libQt6Widgets.so.6", "libtarnixprobe-qt6-widgets.so"},
+      {"libQt6Quick.so.6", "libtarnixprobe-qt6-quick.so"},
+  };
+  std::vector<UserInterfacePart*> parts_;
+  unsigned long long librariesSeen_ = 0;
+};
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,17 @@
+#include "platforms/qt6/base/qt_window.h"
+
+#include <utility>
+
+namespace tarnix::qt6 {
+
+QtWindow::QtWindow(std::shared_ptr<platform::View> content,
+                   std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow)
+    : content_(std::move(content)), popups_(std::move(popups)), isKeyWindow_(isKeyWindow) {}
+
+std::vector<std::shared_ptr<platform::View>> QtWindow::subviews() const {
+  std::vector<std::shared_ptr<platform::View>> result = content_->subviews();
+  result.insert(result.end(), popups_.begin(), popups_.end());
+  return result;
+}
+
+}  // namespace tarnix::qt6

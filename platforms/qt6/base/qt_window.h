@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "probe/platform/window.h"
+
+namespace tarnix::qt6 {
+
+/// A window as its part shows it, with the popups in front.
+class QtWindow : public platform::Window {
+ public:
+  QtWindow(std::shared_ptr<platform::View> content,
+           std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow);
+
+  bool isKeyWindow() const override { return isKeyWindow_; }
+  std::vector<std::shared_ptr<platform::View>> subviews() const override;
+
+  std::string className() const override { return content_->className(); }
+  bool isHidden() const override { return content_->isHidden(); }
+  double alpha() const override { return content_->alpha(); }
+  bool isTextField() const override { return content_->isTextField(); }
+  bool isAccessibilityElement() const override { return content_->isAccessibilityElement(); }
+  std::string accessibilityLabel() const override { return content_->accessibilityLabel(); }
+  platform::Rect accessibilityFrame() const override { return content_->accessibilityFrame(); }
+  platform::AccessibilityTraits accessibilityTraits() const override {
+    return content_->accessibilityTraits();
+  }
+  std::optional<std::string> accessibilityValue() const override {
+    return content_->accessibilityValue();
+  }
+  std::optional<std::vector<std::shared_ptr<AccessibilityItem>>> accessibilityElements()
+      const override {
+    return content_->accessibilityElements();
+  }
+  std::optional<std::size_t> accessibilityElementCount() const override {
+    return content_->accessibilityElementCount();
+  }
+  std::shared_ptr<AccessibilityItem> accessibilityElement(std::size_t index) const override {
+    return content_->accessibilityElement(index);
+  }
+
+ private:
+  std::shared_ptr<platform::View> content_;
+  std::vector<std::shared_ptr<platform::View>> popups_;
+  bool isKeyWindow_;
+};
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QMetaObject>
+#include <string>
+
+#include "platforms/qt6/quick/property.h"
+
+namespace tarnix::qt6 {
+
+/// What an item is to a person, as far as its class tells.
+enum class ItemKind {
+  /// Layouts, rectangles, and whatever is not named below.
+  plain,
+  text,
+  textInput,
+  textEdit,
+  image,
+  button,
+  /// Buttons that are on or off: check boxes, switches, radio buttons, as controls and as
+  /// delegates.
+  toggle,
+  tab,
+  comboBox,
+  spinBox,
+  adjustable,
+  rangeSlider,
+  progressBar,
+  searchField,
+  tabBar,
+  groupBox,
+  /// Scrolling containers whose content counts as a whole.
+  flickable,
+  /// Views that make their rows as needed: only what they show counts.
+  itemView,
+  tableView,
+  pathView,
+};
+
+/// What is known of a class of Quick items. The Controls library is known by name only, since not
+/// every host that has Quick has it.
+struct ItemClass {
+  explicit ItemClass(const QMetaObject& metaObject);
+
+  ItemKind kind = ItemKind::plain;
+  /// As a person wrote it.
+  std::string name;
+
+  Property text;
+  Property textFormat;
+  Property placeholderText;
+  Property title;
+  Property displayText;
+  Property checked;
+  Property checkable;
+  Property checkState;
+  Property value;
+  Property editable;
+  Property echoMode;
+  Property passwordCharacter;
+  Property inputMethodHints;
+  Property length;
+  Property contentItem;
+  Property reuseItems;
+  Property highlighted;
+};
+
+}  // namespace tarnix::qt6

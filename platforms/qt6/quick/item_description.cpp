@@ -1,0 +1,191 @@
+#include "platforms/qt6/quick/item_description.h"
+
+#include <QQuickItem>
+
+#include "platforms/qt6/quick/attached_properties.h"
+#include "platforms/qt6/quick/item_label.h"
+#include "platforms/qt6/shared/class_cache.h"
+#include "platforms/qt6/shared/role_traits.h"
+#include "platforms/qt6/shared/visible_text.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+namespace traits = platform::accessibility_traits;
+using platform::AccessibilityTraits;
+
+QString onOrOff(bool isOn) { return isOn ? QStringLiteral("1") : QStringLiteral("0"); }
+
+QString numberText(double number) { return QString::number(number, 'g', 6); }
+
+bool isField(ItemKind kind) {
+  return kind == ItemKind::textInput || kind == ItemKind::textEdit || kind == ItemKind::searchField;
+}
+
+/// Absent for what holds others and is no element itself.
+std::optional<AccessibilityTraits> traitsOfKind(ItemKind kind) {
+  switch (kind) {
+    case ItemKind::text:
+      return traits::staticText;
+    case ItemKind::textInput:
+    case ItemKind::textEdit:
+    case ItemKind::progressBar:
+      return traits::none;
+    case ItemKind::image:
+      return traits::image;
+    case ItemKind::button:
+    case ItemKind::toggle:
+    case ItemKind::tab:
+    case ItemKind::comboBox:
+      return traits::button;
+    case ItemKind::spinBox:
+    case ItemKind::adjustable:
+    case ItemKind::rangeSlider:
+      return traits::adjustable;
+    case ItemKind::searchField:
+      return traits::searchField;
+    case ItemKind::tabBar:
+      return traits::tabBar;
+    case ItemKind::plain:
+    case ItemKind::groupBox:
+    case ItemKind::flickable:
+    case ItemKind::itemView:
+    case ItemKind::tableView:
+    case ItemKind::pathView:
+      break;
+  }
+  return std::nullopt;
+}
+
+std::optional<QString> rangeText(const QQuickItem& item) {
+  QStringList ends;
+  for (const char* end : {"first", "second"}) {
+    const QObject* const handle = Property(*item.metaObject(), end).object(item);
+    if (handle == nullptr) {
+      return std::nullopt;
+    }
+    ends << numberText(Property(*handle->metaObject(), "value").number(*handle).value_or(0));
+  }
+  return ends.join(QStringLiteral(" \u2013 "));
+}
+
+std::optional<QString> valueOf(const QQuickItem& item, const ItemClass& itemClass,
+                               const AttachedProperties& attached) {
+  switch (itemClass.kind) {
+    case ItemKind::textInput:
+    case ItemKind::textEdit:
+      return fieldText(item, itemClass, attached);
+    case ItemKind::searchField:
+      return itemClass.text.string(item);
+    case ItemKind::toggle:
+      if (itemClass.checkState.integer(item) == Qt::PartiallyChecked) {
+        return QStringLiteral("mixed");
+      }
+      return onOrOff(itemClass.checked.boolean(item));
+    case ItemKind::comboBox:
+    case ItemKind::spinBox:
+      return itemClass.displayText.string(item);
+    case ItemKind::adjustable:
+    case ItemKind::progressBar:
+      if (const std::optional<double> number = itemClass.value.number(item)) {
+        return numberText(*number);
+      }
+      return std::nullopt;
+    case ItemKind::rangeSlider:
+      return rangeText(item);
+    default:
+      break;
+  }
+  if (attached.isCheckable || (attached.role && isCheckableRole(*attached.role))) {
+    return onOrOff(attached.isChecked);
+  }
+  if (attached.role) {
+    if (const std::optional<double> number = itemClass.value.number(item)) {
+      return numberText(*number);
+    }
+  }
+  return std::nullopt;
+}
+
+bool isSelected(const QQuickItem& item, const ItemClass& itemClass,
+                const AttachedProperties& attached) {
+  const bool isCheckedButton =
+      itemClass.kind == ItemKind::tab ||
+      (itemClass.kind == ItemKind::button && itemClass.checkable.boolean(item));
+  return attached.isSelected || (isCheckedButton && itemClass.checked.boolean(item));
+}
+
+/// A link, a group's title, or just a text.
+AccessibilityTraits traitsOfText(const QQuickItem& item, const ItemClass& itemClass,
+                                 const ItemClass* parent) {
+  if (parent != nullptr && parent->kind == ItemKind::groupBox && item.parentItem() != nullptr &&
+      parent->title.string(*item.parentItem()) == itemClass.text.string(item)) {
+    return traits::header;
+  }
+  const QString text = itemClass.text.string(item);
+  const auto format = static_cast<TextFormat>(itemClass.textFormat.integer(item));
+  return format != TextFormat::plain && visibleText(text, format).isLink ? traits::link
+                                                                         : traits::staticText;
+}
+
+}  // namespace
+
+std::shared_ptr<const ItemClass> classOf(const QQuickItem& item) {
+  static ClassCache<ItemClass>& cache = *new ClassCache<ItemClass>;
+  return cache.of(item);
+}
+
+ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
+                         const ItemClass* parent, const Surroundings& surroundings) {
+  ItemDescription result;
+  if (!item.isVisible() || surroundings.opacity * item.opacity() < smallestVisibleOpacity) {
+    return result;
+  }
+  const AttachedProperties attached(item);
+  const ItemKind kind = itemClass.kind;
+  const bool isFieldOfControl = surroundings.insideCompositeControl && isField(kind);
+  if (attached.isIgnored || isFieldOfControl) {
+    return result;
+  }
+  std::optional<AccessibilityTraits> ownTraits = traitsOfKind(kind);
+  if (attached.role) {
+    const std::optional<AccessibilityTraits> given = traitsOfRole(*attached.role);
+    // While a screen reader runs the library gives its own controls a role, which says less than
+    // their class does.
+    if (!ownTraits || given.value_or(traits::none) != traits::none) {
+      ownTraits = given;
+    }
+  } else if (!ownTraits && kind == ItemKind::plain && !attached.name.isEmpty()) {
+    ownTraits = traits::none;
+  }
+  if (!ownTraits) {
+    return result;
+  }
+  result.label = labelOf(item, itemClass, attached);
+  if (result.label.trimmed().isEmpty() ||
+      (kind == ItemKind::text && SpokenText::covers(surroundings.spoken.get(), result.label))) {
+    return result;
+  }
+  result.isElement = true;
+  if (kind == ItemKind::text && !attached.role) {
+    ownTraits = traitsOfText(item, itemClass, parent);
+  }
+  result.traits = *ownTraits;
+  result.isTextField = isField(kind) || attached.role == QAccessible::EditableText ||
+                       ((kind == ItemKind::comboBox || kind == ItemKind::spinBox) &&
+                        itemClass.editable.boolean(item));
+  if (attached.isSearchEdit) {
+    result.traits |= traits::searchField;
+  }
+  if (isSelected(item, itemClass, attached)) {
+    result.traits |= traits::selected;
+  }
+  if (!item.isEnabled()) {
+    result.traits |= traits::notEnabled;
+  }
+  result.value = valueOf(item, itemClass, attached);
+  return result;
+}
+
+}  // namespace tarnix::qt6

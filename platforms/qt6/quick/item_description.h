@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "platforms/qt6/quick/item_class.h"
+#include "platforms/qt6/shared/surroundings.h"
+#include "probe/platform/accessibility_traits.h"
+
+class QQuickItem;
+
+namespace tarnix::qt6 {
+
+/// What an item says to assistive technology, whether or not the toolkit's own accessibility is on:
+/// that would slow the host down and leaves most names empty.
+struct ItemDescription {
+  bool isElement = false;
+  bool isTextField = false;
+  QString label;
+  platform::AccessibilityTraits traits = platform::accessibility_traits::none;
+  std::optional<QString> value;
+};
+
+/// `parent` is the class of the item around; null for the outermost one. Main thread.
+ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
+                         const ItemClass* parent, const Surroundings& surroundings);
+
+/// The classes of the items that exist. Main thread.
+std::shared_ptr<const ItemClass> classOf(const QQuickItem& item);
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platforms/qt6/shared/user_interface_part.h"
+
+namespace tarnix::qt6 {
+
+/// Windows that hold a Quick scene.
+class QuickPart : public UserInterfacePart {
+ public:
+  static QuickPart& shared();
+
+  std::shared_ptr<platform::View> viewOf(QWindow& window,
+                                         const Surroundings& surroundings) override;
+
+ private:
+  QuickPart() = default;
+};
+
+}  // namespace tarnix::qt6

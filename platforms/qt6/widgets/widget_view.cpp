@@ -1,0 +1,164 @@
+#include "platforms/qt6/widgets/widget_view.h"
+
+#include <QAbstractScrollArea>
+#include <QGraphicsOpacityEffect>
+#include <QScrollArea>
+#include <QWindow>
+#include <utility>
+
+#include "platforms/qt6/shared/frame.h"
+#include "platforms/qt6/widgets/embedded_scene.h"
+#include "platforms/qt6/widgets/widget_area.h"
+#include "platforms/qt6/widgets/widget_label.h"
+#include "platforms/qt6/widgets/widget_traits.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+bool isComposite(WidgetKind kind) {
+  return kind == WidgetKind::comboBox || kind == WidgetKind::spinBox;
+}
+
+/// Whether the content of this viewport counts as a whole.
+bool isScrolledWhole(const QWidget& widget) {
+  const auto* const area = qobject_cast<const QScrollArea*>(widget.parentWidget());
+  return area != nullptr && area->viewport() == &widget;
+}
+
+}  // namespace
+
+WidgetView::WidgetView(QWidget& widget, QPointF topLeft,
+                       std::shared_ptr<const Surroundings> surroundings,
+                       std::shared_ptr<const Buddies> buddies, ViewSource& source)
+    : widget_(&widget),
+      class_(classOf(widget)),
+      topLeft_(topLeft),
+      surroundings_(std::move(surroundings)),
+      buddies_(std::move(buddies)),
+      source_(source) {}
+
+double WidgetView::alpha() const {
+  if (widget_ == nullptr) {
+    return 0;
+  }
+  const auto* const effect = qobject_cast<const QGraphicsOpacityEffect*>(widget_->graphicsEffect());
+  const double opacity = effect != nullptr && effect->isEnabled() ? effect->opacity() : 1;
+  return widget_->isWindow() ? opacity * widget_->windowOpacity() : opacity;
+}
+
+bool WidgetView::isTextField() const {
+  return widget_ != nullptr && description().isElement && qt6::isTextField(*widget_, class_->kind);
+}
+
+const WidgetView::Description& WidgetView::description() const {
+  if (!description_) {
+    description_ = describe();
+  }
+  return *description_;
+}
+
+WidgetView::Description WidgetView::describe() const {
+  Description result;
+  if (widget_ == nullptr || !widget_->isVisible() ||
+      surroundings_->opacity * alpha() < smallestVisibleOpacity) {
+    return result;
+  }
+  const WidgetKind kind = class_->kind;
+  const std::optional<platform::AccessibilityTraits> traits = traitsOf(*widget_, kind);
+  if (!traits || (surroundings_->insideCompositeControl && kind == WidgetKind::lineEdit)) {
+    return result;
+  }
+  result.label = labelOf(*widget_, kind, buddies_.get());
+  result.traits = *traits;
+  if (result.label.trimmed().isEmpty() ||
+      (kind == WidgetKind::label &&
+       SpokenText::covers(surroundings_->spoken.get(), result.label))) {
+    return result;
+  }
+  result.area = surroundings_->visiblePart(areaOf(*widget_, kind).translated(topLeft_));
+  result.isElement = !result.area.isEmpty();
+  result.value = valueOf(*widget_, kind);
+  return result;
+}
+
+platform::Rect WidgetView::accessibilityFrame() const {
+  if (widget_ == nullptr) {
+    return {};
+  }
+  const Description& own = description();
+  return frameOf(own.isElement ? own.area
+                               : surroundings_->visiblePart(QRectF(topLeft_, widget_->size())));
+}
+
+std::optional<std::string> WidgetView::accessibilityValue() const {
+  const std::optional<QString>& value = description().value;
+  return value ? std::optional(value->toStdString()) : std::nullopt;
+}
+
+std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
+  std::vector<std::shared_ptr<View>> result;
+  if (widget_ == nullptr) {
+    return result;
+  }
+  const std::shared_ptr<const Surroundings> surroundings = surroundingsOfChildren();
+  if (QWindow* const window = embeddedWindow(*widget_, class_->kind)) {
+    Surroundings inside = *surroundings;
+    inside.origin = topLeft_;
+    if (std::shared_ptr<View> view = source_.viewOf(*window, inside)) {
+      result.push_back(std::move(view));
+    }
+  }
+  const std::shared_ptr<const Buddies> buddies = Buddies::collect(*widget_, buddies_);
+  for (QObject* child : widget_->children()) {
+    if (!child->isWidgetType()) {
+      continue;
+    }
+    auto* const widget = static_cast<QWidget*>(child);
+    if (!widget->isWindow()) {
+      result.push_back(std::make_shared<WidgetView>(*widget, topLeft_ + widget->pos(), surroundings,
+                                                    buddies, source_));
+    }
+  }
+  return result;
+}
+
+std::shared_ptr<const Surroundings> WidgetView::surroundingsOfChildren() const {
+  auto result = std::make_shared<Surroundings>(*surroundings_);
+  const QRectF area(topLeft_, widget_->size());
+  if (isScrolledWhole(*widget_) && !surroundings_->visiblePart(area).isEmpty()) {
+    result->clip.reset();
+  } else {
+    *result = result->clippedTo(area);
+  }
+  result->opacity *= alpha();
+  result->insideCompositeControl |= isComposite(class_->kind);
+  // What stands inside a titled group is not the group's text.
+  const bool isButton = class_->kind == WidgetKind::button || class_->kind == WidgetKind::toggle ||
+                        isComposite(class_->kind);
+  if (isButton && description().isElement) {
+    result->spoken = std::make_shared<const SpokenText>(
+        description().label, description().value.value_or(QString()), surroundings_->spoken);
+  }
+  return result;
+}
+
+const PlainItems& WidgetView::parts() const {
+  if (!parts_) {
+    const bool isSeen = widget_ != nullptr && widget_->isVisible() &&
+                        surroundings_->opacity * alpha() >= smallestVisibleOpacity;
+    parts_ = isSeen ? partsOf(*widget_, class_->kind, topLeft_, *surroundings_) : PlainItems();
+  }
+  return *parts_;
+}
+
+std::optional<std::size_t> WidgetView::accessibilityElementCount() const {
+  return hasParts(class_->kind) ? std::optional(parts().size()) : std::nullopt;
+}
+
+std::shared_ptr<platform::AccessibilityItem> WidgetView::accessibilityElement(
+    std::size_t index) const {
+  return index < parts().size() ? parts()[index] : nullptr;
+}
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,38 @@
+#include "platforms/qt6/widgets/widgets_part.h"
+
+#include <QApplication>
+#include <QWindow>
+
+#include "platforms/qt6/widgets/widget_view.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+QWidget* widgetOf(const QWindow& window) {
+  // Applications with the library loaded need not have made an application object of its kind.
+  if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    return nullptr;
+  }
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->windowHandle() == &window) {
+      return widget;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::shared_ptr<platform::View> WidgetsPart::viewOf(QWindow& window,
+                                                    const Surroundings& surroundings) {
+  QWidget* const widget = widgetOf(window);
+  if (widget == nullptr) {
+    return nullptr;
+  }
+  return std::make_shared<WidgetView>(*widget, surroundings.origin,
+                                      std::make_shared<const Surroundings>(surroundings), nullptr,
+                                      source_);
+}
+
+}  // namespace tarnix::qt6
