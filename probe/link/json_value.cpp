@@ -1,9 +1,13 @@
 #include "probe/link/json_value.h"
 
 #include <rapidjson/document.h>
+#include <rapidjson/encodedstream.h>
+#include <rapidjson/memorystream.h>
 
+#include <charconv>
 #include <cmath>
 #include <limits>
+#include <system_error>
 
 namespace tarnix {
 namespace {
@@ -15,6 +19,100 @@ const Value& valueOf(const void* value) { return *static_cast<const Value*>(valu
 std::string_view textOf(const Value& value) { return {value.GetString(), value.GetStringLength()}; }
 
 rapidjson::SizeType indexOf(std::size_t index) { return static_cast<rapidjson::SizeType>(index); }
+
+/// The whole of `text` as a number; nothing when it is none or out of range.
+template <class Number>
+std::optional<Number> numberOf(std::string_view text) {
+  Number number{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size() ? std::optional(number)
+                                                                  : std::nullopt;
+}
+
+/// Whether `text`, which is UTF-8 in all else, holds half of a surrogate pair. The reader refuses
+/// them as bytes and as first halves, and lets a second half through that is written as an escape.
+bool holdsSurrogate(std::string_view text) {
+  constexpr char leadByte = '\xED';
+  for (std::size_t place = text.find(leadByte); place != std::string_view::npos;
+       place = text.find(leadByte, place + 1)) {
+    if (static_cast<unsigned char>(text[place + 1]) >= 0xA0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Builds a document from a reader's events. The reader only tells where numbers begin and end:
+/// its own exact conversion counts the leading zeroes of 0 on a text like "0e50", which is
+/// undefined, and what a peer sends must not be.
+class DocumentBuilder {
+ public:
+  explicit DocumentBuilder(rapidjson::Document& document) : document_(document) {}
+
+  bool RawNumber(const char* characters, rapidjson::SizeType length, bool) {
+    const std::string_view text(characters, length);
+    if (const auto natural = numberOf<std::uint64_t>(text)) {
+      return document_.Uint64(*natural);
+    }
+    if (const auto whole = numberOf<std::int64_t>(text)) {
+      return document_.Int64(*whole);
+    }
+    if (const auto number = numberOf<double>(text)) {
+      return document_.Double(*number);
+    }
+    // Out of range. What is too small is next to 0; what is too large makes the text invalid.
+    const bool isSmall = text.starts_with('0') || text.starts_with("-0") ||
+                         text.find("e-") != std::string_view::npos ||
+                         text.find("E-") != std::string_view::npos;
+    return isSmall && document_.Double(0);
+  }
+
+  // The other events go straight on. Numbers never come in these forms.
+  bool Int(int) { return false; }
+  bool Uint(unsigned) { return false; }
+  bool Int64(std::int64_t) { return false; }
+  bool Uint64(std::uint64_t) { return false; }
+  bool Double(double) { return false; }
+  bool Null() { return document_.Null(); }
+  bool Bool(bool value) { return document_.Bool(value); }
+  bool String(const char* characters, rapidjson::SizeType length, bool copy) {
+    return !holdsSurrogate({characters, length}) && document_.String(characters, length, copy);
+  }
+  bool StartObject() { return document_.StartObject(); }
+  bool Key(const char* characters, rapidjson::SizeType length, bool copy) {
+    return !holdsSurrogate({characters, length}) && document_.Key(characters, length, copy);
+  }
+  bool EndObject(rapidjson::SizeType count) { return document_.EndObject(count); }
+  bool StartArray() { return document_.StartArray(); }
+  bool EndArray(rapidjson::SizeType count) { return document_.EndArray(count); }
+
+ private:
+  rapidjson::Document& document_;
+};
+
+/// Hands a text's values to a document that asks for them.
+class TextGenerator {
+ public:
+  explicit TextGenerator(std::string_view text) : text_(text) {}
+
+  bool operator()(rapidjson::Document& document) {
+    // Iterative: the stack that grows with the nesting is on the heap, and bounded by the text.
+    constexpr unsigned flags = rapidjson::kParseIterativeFlag |
+                               rapidjson::kParseNumbersAsStringsFlag |
+                               rapidjson::kParseValidateEncodingFlag;
+    rapidjson::MemoryStream bytes(text_.data(), text_.size());
+    rapidjson::EncodedInputStream<rapidjson::UTF8<>, rapidjson::MemoryStream> stream(bytes);
+    rapidjson::Reader reader;
+    DocumentBuilder builder(document);
+    isComplete = static_cast<bool>(reader.Parse<flags>(stream, builder));
+    return isComplete;
+  }
+
+  bool isComplete = false;
+
+ private:
+  std::string_view text_;
+};
 
 }  // namespace
 
@@ -109,12 +207,10 @@ JsonDocument& JsonDocument::operator=(JsonDocument&&) noexcept = default;
 JsonDocument::~JsonDocument() = default;
 
 std::optional<JsonDocument> JsonDocument::parse(std::string_view text) {
-  // Iterative: the stack that grows with the nesting is on the heap, and bounded by the text.
-  constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag |
-                             rapidjson::kParseValidateEncodingFlag;
   auto implementation = std::make_unique<Implementation>();
-  implementation->document.Parse<flags>(text.data(), text.size());
-  if (implementation->document.HasParseError()) {
+  TextGenerator generator(text);
+  implementation->document.Populate(generator);
+  if (!generator.isComplete) {
     return std::nullopt;
   }
   return JsonDocument(std::move(implementation));

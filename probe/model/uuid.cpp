@@ -67,7 +67,7 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
       return std::nullopt;
     }
     std::uint8_t& byte = uuid.bytes_[digits / 2];
-    byte = static_cast<std::uint8_t>(byte << 4 | *value);
+    byte = static_cast<std::uint8_t>(byte * 16U + *value);
     ++digits;
   }
   return uuid;

@@ -17,8 +17,9 @@ struct PropertyValue {
   struct Array {
     std::vector<PropertyValue> elements;
   };
+  struct Member;
   struct Dictionary {
-    std::vector<std::pair<std::string, PropertyValue>> members;
+    std::vector<Member> members;
   };
   /// A value of a kind that has no name here; `description` is its generic text.
   struct Other {
@@ -29,6 +30,15 @@ struct PropertyValue {
   std::variant<std::string, bool, std::int64_t, std::uint64_t, double, Data, Date, Array,
                Dictionary, Other>
       value;
+};
+
+/// A class of its own and not a pair, whose own requirements would go round in a circle.
+struct PropertyValue::Member {
+  Member(std::string memberName, PropertyValue memberValue)
+      : name(std::move(memberName)), value(std::move(memberValue)) {}
+
+  std::string name;
+  PropertyValue value;
 };
 
 }  // namespace tarnix::platform

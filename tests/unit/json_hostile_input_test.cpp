@@ -53,6 +53,9 @@ TEST(HostileJson, IsRefusedForEachKindOfGarbage) {
                            "\"",
                            "\"\\x\"",
                            "\"\\ud800\"",
+                           "\"\\udc00\"",
+                           "\"a\\ud66c\\udf88\"",
+                           "{\"\\udc00\":1}",
                            "\"\\u12\"",
                            "01",
                            "1.",
@@ -80,6 +83,16 @@ TEST(HostileJson, IsRefusedForEachKindOfGarbage) {
                            "{} {}"}) {
     EXPECT_FALSE(JsonDocument::parse(text)) << text;
   }
+}
+
+TEST(HostileJson, MayHoldAnyCharacter) {
+  const auto pattern = decodeJson<TransferableURLMatchPattern>(
+      R"({"mode":"\uD66C\ud83c\uDF89\ud7ff\ue000","pattern":")"
+      "\xed\x9f\xbf"
+      R"("})");
+  ASSERT_TRUE(pattern);
+  EXPECT_EQ(pattern->mode, "\xed\x99\xac\xf0\x9f\x8e\x89\xed\x9f\xbf\xee\x80\x80");
+  EXPECT_EQ(pattern->pattern, "\xed\x9f\xbf");
 }
 
 TEST(HostileJson, CutAnywhereIsRefusedWithoutHarm) {
@@ -129,6 +142,38 @@ TEST(JsonNumber, IsAnIntegerWhenItIsAWholeOneInRange) {
   for (const char* text : {"-1", "18446744073709551616", "0.5"}) {
     EXPECT_FALSE(numberIn<Natural>(text)) << text;
   }
+}
+
+struct Real {
+  double number = 0;
+  static constexpr auto fields() { return std::tuple{Field{"number", &Real::number}}; }
+};
+
+TEST(JsonNumber, IsExactHoweverItIsWritten) {
+  EXPECT_EQ(numberIn<Real>("0.1"), 0.1);
+  EXPECT_EQ(numberIn<Real>("786000123.4567891"), 786000123.4567891);
+  EXPECT_EQ(numberIn<Real>("1.7976931348623157e308"), std::numeric_limits<double>::max());
+  EXPECT_EQ(numberIn<Real>("5e-324"), std::numeric_limits<double>::denorm_min());
+  EXPECT_EQ(numberIn<Real>("9007199254740993"), 9007199254740992.0);
+  EXPECT_EQ(numberIn<Real>("123456789012345678901234567890"), 1.2345678901234568e29);
+  EXPECT_EQ(numberIn<Real>("1" + std::string(300, '0') + "e-300"), 1);
+  EXPECT_EQ(numberIn<Real>("0." + std::string(300, '0') + "1e301"), 1);
+}
+
+TEST(JsonNumber, IsZeroForEveryWayToWriteZero) {
+  for (const char* text : {"0", "-0", "0.0", "-0.0", "0e0", "0e50", "0E-50", "0e308", "0.000e99",
+                           "1e-400", "-1e-400"}) {
+    EXPECT_EQ(numberIn<Real>(text), 0) << text;
+  }
+  EXPECT_EQ(numberIn<Real>("0." + std::string(400, '0') + "1"), 0);
+}
+
+TEST(JsonNumber, IsRefusedWhenItIsTooLarge) {
+  EXPECT_FALSE(numberIn<Real>("1e309"));
+  EXPECT_FALSE(numberIn<Real>("-1e309"));
+  EXPECT_FALSE(numberIn<Real>("1e2147483648"));
+  EXPECT_FALSE(numberIn<Real>("1e99999999999999999999"));
+  EXPECT_FALSE(numberIn<Real>("1" + std::string(400, '0')));
 }
 
 }  // namespace
