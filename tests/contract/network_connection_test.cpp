@@ -81,9 +81,9 @@ class NetworkConnectionTest : public testing::Test {
   void receive() {
     call([&] {
       connection->receive([this](std::string bytes, std::optional<NetworkError> error) {
-        note(error ? "receive failed" : "received");
-        const std::lock_guard lock(mutex);
         received += bytes;
+        // Read by the test's thread once it has seen the event.
+        note(error ? "receive failed" : "received");
       });
     });
   }
