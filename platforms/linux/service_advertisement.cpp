@@ -119,17 +119,17 @@ bool hasMessageBus() {
          ::access("/var/run/dbus/system_bus_socket", F_OK) == 0;
 }
 
-/// The modules stay loaded: what they brought with them may not be unloadable.
-AdvertiseOutcome runModule(const char* name, int flags, const AdvertiseRequest& request) {
+/// What lies in a module, or null. The modules stay loaded: what they brought with them may not be
+/// unloadable.
+AdvertiseEntry loadModule(const char* name, int flags) {
   void* const module =
       dlopen(modulePath(name).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE | flags);
   void* const entry = module == nullptr ? nullptr : dlsym(module, advertiseEntryName);
   if (entry == nullptr) {
     const char* const error = dlerror();
     setLastReason(error != nullptr ? error : "the module has no entry");
-    return AdvertiseOutcome::unavailable;
   }
-  return reinterpret_cast<AdvertiseEntry>(entry)(&request);
+  return reinterpret_cast<AdvertiseEntry>(entry);
 }
 
 /// The mDNS library and the client library of its daemon define one function of the same name and
@@ -147,10 +147,16 @@ void advertise(const Run& run) {
   request.report = setLastReason;
   request.closeInChild = fork_guard::closeInChild;
   request.forget = fork_guard::forget;
-  if (hasMessageBus() && runModule(daemonModule, 0, request) == AdvertiseOutcome::stopped) {
-    return;
+  // First, also where the daemon is asked: both modules share a library, and only what this one
+  // brings keeps off the host's sequence of random numbers.
+  const AdvertiseEntry responder = loadModule(responderModule, responderFlags());
+  if (hasMessageBus()) {
+    const AdvertiseEntry daemon = loadModule(daemonModule, 0);
+    if (daemon != nullptr && daemon(&request) == AdvertiseOutcome::stopped) {
+      return;
+    }
   }
-  if (runModule(responderModule, responderFlags(), request) == AdvertiseOutcome::unavailable) {
+  if (responder == nullptr || responder(&request) == AdvertiseOutcome::unavailable) {
     report(lastReason());
   }
 }

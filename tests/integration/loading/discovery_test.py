@@ -35,6 +35,8 @@ DAEMON_CONFIGURATION = "[server]\nhost-name={host}\n{extra}\n[publish]\npublish-
 # Ethernet's number for all protocols.
 ALL_PROTOCOLS = 3
 MDNS_PORT = 5353
+NETWORK_SETTINGS = pathlib.Path("/proc/sys/net")
+PORT_RANGE = "ipv4/ip_local_port_range"
 
 
 class Capture:
@@ -238,8 +240,67 @@ class Responder(Discovery):
         self.assert_serves_after_a_line(host, str(self.directory))
 
 
+    def test_sequence_of_random_numbers_stays_the_hosts(self):
+        source = "import ctypes; c = ctypes.CDLL(None); c.srand(1); print(c.rand())"
+        expected = subprocess.run(
+            [sys.executable, "-c", source], capture_output=True, text=True
+        ).stdout.strip()
+        host = self.begin(
+            [SERVICE_HOST, "my device", "random"], env=environment(DBUS_SYSTEM_BUS_ADDRESS=NO_BUS)
+        )
+        host.port = int(host.wait_for_line("port ").split()[1])
+        self.assert_found({"my device": (host.port, False)})
+        host.finish()
+        self.assertEqual(host.wait_for_line("random "), f"random {expected}")
+
+    def test_host_that_uses_the_daemons_library_itself_is_not_disturbed(self):
+        """That library has a function that goes by the name of one of the responder's."""
+        library = next(pathlib.Path("/usr/lib").glob("*/libavahi-client.so.3"), None)
+        if library is None:
+            self.skipTest("the library is not installed")
+        host = self.begin(
+            [SERVICE_HOST, "my device"], env=environment(library, DBUS_SYSTEM_BUS_ADDRESS=NO_BUS)
+        )
+        host.port = int(host.wait_for_line("port ").split()[1])
+        self.assert_found({"my device": (host.port, False)})
+        self.assertEqual(host.finish(), 0)
+        self.assertEqual(host.error_lines, [])
+        self.assert_found({})
+
+    def test_announced_host_sleeps_when_nothing_happens(self):
+        host = self.begin_host()
+        self.assert_found({"my device": (host.port, False)})
+        self.browser.close()
+        self.assert_idle(host)
+
+    def assert_idle(self, host):
+        def wake_ups():
+            return sum(
+                int(line.split()[1])
+                for task in pathlib.Path(f"/proc/{host.pid}/task").iterdir()
+                for line in (task / "status").read_text().splitlines()
+                if line.startswith("voluntary_ctxt_switches")
+            )
+
+        # The second announcement and the answers to the browser are over by then.
+        time.sleep(4)
+        before = wake_ups()
+        time.sleep(5)
+        self.assertLessEqual(wake_ups() - before, 2)
+
+
 class Daemon(Discovery):
     """Where an mDNS daemon runs, it announces the host."""
+
+    def test_signals_of_the_host_stay_as_they_were(self):
+        bus = self.begin_bus()
+        self.begin_daemon(bus)
+        host = self.begin_host(bus=bus)
+        self.assert_found({"my device": (host.port, True)})
+        status = pathlib.Path(f"/proc/{host.pid}/status").read_text()
+        for mask in ("SigIgn", "SigCgt"):
+            value = next(line.split()[1] for line in status.splitlines() if line.startswith(mask))
+            self.assertEqual(int(value, 16) & (1 << (signal.SIGPIPE - 1)), 0, mask)
 
     def test_host_is_found_and_gone_when_it_ends(self):
         bus = self.begin_bus()
@@ -302,6 +363,57 @@ class Daemon(Discovery):
         self.begin_daemon(bus, "deny-interfaces=lo")
         host = self.begin_host(bus=bus)
         self.assert_found({"my device": (host.port, False)})
+
+
+class AddressFamilies(Discovery):
+    """What a machine's network is like decides where a host listens."""
+
+    PORTS = range(47000, 47020)
+
+    def tearDown(self):
+        for name, value in (("ipv6/conf/lo/disable_ipv6", "0"), (PORT_RANGE, "32768 60999")):
+            (NETWORK_SETTINGS / name).write_text(value)
+        super().tearDown()
+
+    def echoes(self, address, port):
+        try:
+            with socket.create_connection((address, port)) as peer:
+                peer.settimeout(PATIENCE)
+                peer.sendall(b"x")
+                return peer.recv(1) == b"x"
+        except OSError:
+            return False
+
+    def families(self, host):
+        return [address for address in ("127.0.0.1", "::1") if self.echoes(address, host.port)]
+
+    def take_ipv6_ports(self, ports):
+        for port in ports:
+            taken = socket.socket(socket.AF_INET6, socket.SOCK_STREAM)
+            taken.setsockopt(socket.IPPROTO_IPV6, socket.IPV6_V6ONLY, 1)
+            taken.bind(("::1", port))
+            self.addCleanup(taken.close)
+
+    def test_machine_without_ipv6_is_served_by_ipv4(self):
+        (NETWORK_SETTINGS / "ipv6/conf/lo/disable_ipv6").write_text("1")
+        self.assertEqual(self.families(self.begin_host()), ["127.0.0.1"])
+
+    def test_port_is_one_that_both_families_have_free(self):
+        (NETWORK_SETTINGS / PORT_RANGE).write_text(f"{self.PORTS[0]} {self.PORTS[-1]}")
+        self.take_ipv6_ports(self.PORTS[::2])
+        for _ in range(4):
+            host = self.begin_host()
+            self.assertIn(host.port, self.PORTS)
+            self.assertEqual(self.families(host), ["127.0.0.1", "::1"])
+
+    def test_machine_without_a_common_port_is_served_by_ipv4(self):
+        (NETWORK_SETTINGS / PORT_RANGE).write_text(f"{self.PORTS[0]} {self.PORTS[-1]}")
+        self.take_ipv6_ports(self.PORTS)
+        host = self.begin_host()
+        self.assertIn(host.port, self.PORTS)
+        # Peers need ports too.
+        (NETWORK_SETTINGS / PORT_RANGE).write_text("32768 60999")
+        self.assertEqual(self.families(host), ["127.0.0.1"])
 
 
 if __name__ == "__main__":

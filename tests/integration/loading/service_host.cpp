@@ -2,6 +2,7 @@
 // discovery, of other users and of forked children look at. Prints its port, then one line an
 // event, until its standard input ends. Arguments: the service's name, then optional words:
 //   fork     forks once the listener is ready, and the child lives on without the parent's work
+//   random   counts on its own sequence of random numbers, and says the first one when it ends
 //   exit=N   leaves by `exit` with this code once the listener is ready
 #include <unistd.h>
 
@@ -40,11 +41,14 @@ void serve(const std::shared_ptr<Connection>& connection) {
 
 int main(int argumentCount, char** arguments) {
   bool forks = false;
+  bool isRandom = false;
   int exitCode = -1;
   for (int index = 2; index < argumentCount; ++index) {
     forks |= std::strcmp(arguments[index], "fork") == 0;
+    isRandom |= std::strcmp(arguments[index], "random") == 0;
     std::sscanf(arguments[index], "exit=%d", &exitCode);
   }
+  std::srand(1);
   ListenerResult result = tarnix::linux_platform::LoopbackNetwork::shared().makeListener({});
   if (!result.listener) {
     say("no listener: " + result.error);
@@ -82,6 +86,9 @@ int main(int argumentCount, char** arguments) {
   }
   char byte = 0;
   while (read(STDIN_FILENO, &byte, 1) > 0) {
+  }
+  if (isRandom) {
+    say("random " + std::to_string(std::rand()));
   }
   return 0;
 }
