@@ -365,6 +365,48 @@ class Daemon(Discovery):
         self.assert_found({"my device": (host.port, False)})
 
 
+class RealHosts(Discovery):
+    """Two applications that nobody here wrote, side by side."""
+
+    APPLICATIONS = ("/usr/games/pentobi", "/usr/bin/focuswriter")
+
+    def assert_both_found(self, bus, by_daemon):
+        require(TOOLKIT, *self.APPLICATIONS)
+        for application in self.APPLICATIONS:
+            self.begin(
+                [application],
+                env=environment(
+                    PRELOADED,
+                    DBUS_SYSTEM_BUS_ADDRESS=bus,
+                    HOME=str(self.directory),
+                    XDG_RUNTIME_DIR=str(self.directory),
+                ),
+            )
+        device = socket.gethostname()
+        names = {device, f"{device} #2"}
+        self.assertTrue(
+            self.browser.wait_until(lambda services: set(services) == names),
+            self.browser.services,
+        )
+        ports = {port for port, _ in self.browser.services.values()}
+        self.assertEqual(len(ports), 2)
+        for port, host in self.browser.services.values():
+            self.assertEqual(host == f"{DAEMON_HOST}.local", by_daemon)
+            with socket.create_connection(("127.0.0.1", port)) as companion:
+                companion.settimeout(PATIENCE)
+                size = int.from_bytes(companion.recv(4, socket.MSG_WAITALL), "big")
+                message = companion.recv(size, socket.MSG_WAITALL)
+                self.assertIn(b'"sync.full"', message)
+
+    def test_both_are_found_without_a_daemon(self):
+        self.assert_both_found(NO_BUS, by_daemon=False)
+
+    def test_both_are_found_through_a_daemon(self):
+        bus = self.begin_bus()
+        self.begin_daemon(bus)
+        self.assert_both_found(bus, by_daemon=True)
+
+
 class AddressFamilies(Discovery):
     """What a machine's network is like decides where a host listens."""
 
