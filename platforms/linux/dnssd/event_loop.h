@@ -1,9 +1,8 @@
 #pragma once
 
-#include <avahi-common/simple-watch.h>
 #include <avahi-common/watch.h>
 
-#include <map>
+#include <list>
 #include <string>
 
 #include "platforms/linux/dnssd/advertise.h"
@@ -11,7 +10,8 @@
 namespace tarnix::linux_platform {
 
 /// The loop of one announcement: sleeps until the network, the message bus, a timer or the request
-/// to stop has something to say. One at a time in a process, on one thread.
+/// to stop has something to say. Avahi's own loop would do, but for the descriptors that it leaves
+/// open in the host's children. One thread.
 class EventLoop {
  public:
   explicit EventLoop(const AdvertiseRequest& request);
@@ -28,18 +28,19 @@ class EventLoop {
   void giveUp(const std::string& reason);
 
  private:
-  static AvahiWatch* watchNew(const AvahiPoll* api, int descriptor, AvahiWatchEvent events,
-                              AvahiWatchCallback callback, void* userdata);
-  static void watchFree(AvahiWatch* watch);
-  static void handleStop(AvahiWatch*, int, AvahiWatchEvent, void* self);
+  /// Milliseconds until the first timer; -1 when there is none.
+  int nextTimeout() const;
+  bool wait();
+  void runTimers();
+  void runWatches();
+  /// Watches and timers end while others of them run; they go when none does.
+  void removeDead();
 
   const AdvertiseRequest& request_;
-  AvahiSimplePoll* const simple_;
-  /// Avahi's own, but for the functions that make and free watches: those also keep the
-  /// descriptors from the host's children.
-  AvahiPoll poll_;
-  const AvahiPoll* own_ = nullptr;
-  std::map<AvahiWatch*, int> descriptors_;
+  AvahiPoll poll_{};
+  std::list<AvahiWatch> watches_;
+  std::list<AvahiTimeout> timeouts_;
+  bool isEnding_ = false;
   AdvertiseOutcome outcome_ = AdvertiseOutcome::stopped;
 };
 

@@ -133,6 +133,17 @@ class Discovery(unittest.TestCase):
         self.assertTrue(daemon.wait_for_error_line("Server startup complete"), daemon.error_lines)
         return daemon
 
+    def assert_no_descriptor_is_inherited(self, host):
+        for entry in pathlib.Path(f"/proc/{host.pid}/fdinfo").iterdir():
+            flags = next(
+                int(line.split()[1], 8)
+                for line in entry.read_text().splitlines()
+                if line.startswith("flags:")
+            )
+            if int(entry.name) > 2:
+                target = os.readlink(f"/proc/{host.pid}/fd/{entry.name}")
+                self.assertTrue(flags & os.O_CLOEXEC, f"{entry.name}: {target}")
+
     def assert_found(self, expected, patience=30.0):
         """`expected` maps service names to (port, whether the daemon announces it)."""
 
@@ -148,6 +159,17 @@ class Discovery(unittest.TestCase):
 
 class Responder(Discovery):
     """Without a daemon the host announces itself."""
+
+    def tearDown(self):
+        super().tearDown()
+        if self.capture:
+            group = socket.inet_aton("224.0.0.251")
+            self.assertEqual([p for p in self.capture.packets if group in p], [])
+
+    def test_programs_that_the_host_runs_get_none_of_its_descriptors(self):
+        host = self.begin_host()
+        self.assert_found({"my device": (host.port, False)})
+        self.assert_no_descriptor_is_inherited(host)
 
     def test_host_is_found_and_gone_when_it_ends(self):
         host = self.begin_host()
@@ -311,6 +333,13 @@ class Daemon(Discovery):
         host.wait()
         self.assert_found({})
         self.assertEqual(host.error_lines, [])
+
+    def test_programs_that_the_host_runs_get_none_of_its_descriptors(self):
+        bus = self.begin_bus()
+        self.begin_daemon(bus)
+        host = self.begin_host(bus=bus)
+        self.assert_found({"my device": (host.port, True)})
+        self.assert_no_descriptor_is_inherited(host)
 
     def test_two_hosts_of_one_name_are_both_found(self):
         bus = self.begin_bus()
