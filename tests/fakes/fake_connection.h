@@ -85,6 +85,13 @@ class FakeConnection : public platform::Connection,
     }
   }
 
+  /// Lets go of everybody who waits, as the end of the world does: they may hold this object.
+  void abandon() {
+    stateHandler_ = nullptr;
+    outstandingSends_.clear();
+    outstandingReceive_.reset();
+  }
+
   std::size_t outstandingSendCount() const { return outstandingSends_.size(); }
   bool hasOutstandingReceive() const { return outstandingReceive_.has_value(); }
   bool hasStateHandler() const { return stateHandler_ != nullptr; }

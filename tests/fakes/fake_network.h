@@ -16,6 +16,17 @@ namespace tarnix::fakes {
 /// A network whose listeners and connections do what the test says.
 class FakeNetwork : public platform::Network {
  public:
+  FakeNetwork() = default;
+  FakeNetwork(const FakeNetwork&) = delete;
+  FakeNetwork& operator=(const FakeNetwork&) = delete;
+  ~FakeNetwork() override {
+    for (const std::weak_ptr<FakeConnection>& weak : connections_) {
+      if (const std::shared_ptr<FakeConnection> connection = weak.lock()) {
+        connection->abandon();
+      }
+    }
+  }
+
   platform::ListenerResult makeListener(const platform::TcpParameters& parameters) override {
     lastParameters = parameters;
     if (refusal) {
@@ -35,6 +46,7 @@ class FakeNetwork : public platform::Network {
   /// A companion connects to the newest listener.
   std::shared_ptr<FakeConnection> connect() {
     auto connection = std::make_shared<FakeConnection>(serialQueue);
+    connections_.push_back(connection);
     serialQueue.async(
         [record = listeners.back(), connection] { record->newConnectionHandler(connection); });
     return connection;
@@ -46,6 +58,9 @@ class FakeNetwork : public platform::Network {
   /// Why no listener can be made.
   std::optional<std::string> refusal;
   platform::TcpParameters lastParameters;
+
+ private:
+  std::vector<std::weak_ptr<FakeConnection>> connections_;
 };
 
 }  // namespace tarnix::fakes

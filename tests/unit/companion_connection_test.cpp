@@ -7,6 +7,8 @@ namespace {
 
 class CompanionConnectionTest : public testing::Test {
  protected:
+  ~CompanionConnectionTest() override { peer_->abandon(); }
+
   void requestMessage() {
     link_->receiveCompanionMessage([this](const std::optional<CompanionMessage>& message,
                                           const std::optional<CompanionError>& error) {
