@@ -15,9 +15,26 @@ namespace {
 
 QPointF globalOrigin(const QWindow& window) { return window.mapToGlobal(QPointF(0, 0)); }
 
-std::shared_ptr<platform::View> contentOf(QWindow& window, const QWindow& keyWindow) {
+QRectF areaOf(const QWindow& window, const QWindow& keyWindow) {
+  return {globalOrigin(window) - globalOrigin(keyWindow), window.size()};
+}
+
+/// What the popups in front hide; those with a transparent background may be of any shape.
+QRegion coveredBy(const QList<QWindow*>& popups, const QWindow& keyWindow) {
+  QRegion result;
+  for (const QWindow* popup : popups) {
+    if (!popup->requestedFormat().hasAlpha() && popup->mask().isEmpty() && popup->opacity() >= 1) {
+      result += areaOf(*popup, keyWindow).toRect();
+    }
+  }
+  return result;
+}
+
+std::shared_ptr<platform::View> contentOf(QWindow& window, const QWindow& keyWindow,
+                                          const QRegion& covered) {
   Surroundings surroundings;
-  surroundings.origin = globalOrigin(window) - globalOrigin(keyWindow);
+  surroundings.origin = areaOf(window, keyWindow).topLeft();
+  surroundings.covered = covered;
   surroundings.clip = QRectF(surroundings.origin, window.size());
   if (std::shared_ptr<platform::View> view = PartLoader::shared().viewOf(window, surroundings)) {
     return view;
@@ -36,15 +53,16 @@ std::vector<std::shared_ptr<platform::Window>> QtWindowScene::windows() const {
   const QWindow* const keyWindow = WindowOrder::shared().keyWindow();
   for (QWindow* window : WindowOrder::windows()) {
     const bool isKey = window == keyWindow;
-    std::vector<std::shared_ptr<platform::View>> popups;
-    if (isKey) {
-      for (QWindow* popup : WindowOrder::popups()) {
-        popups.push_back(contentOf(*popup, *keyWindow));
-      }
+    const QList<QWindow*> popups = isKey ? WindowOrder::popups() : QList<QWindow*>();
+    std::vector<std::shared_ptr<platform::View>> popupViews;
+    for (qsizetype at = 0; at < popups.size(); ++at) {
+      popupViews.push_back(
+          contentOf(*popups[at], *keyWindow, coveredBy(popups.mid(at + 1), *keyWindow)));
     }
     // There is a key window wherever there is a window.
     result.push_back(
-        std::make_shared<QtWindow>(contentOf(*window, *keyWindow), std::move(popups), isKey));
+        std::make_shared<QtWindow>(contentOf(*window, *keyWindow, coveredBy(popups, *keyWindow)),
+                                   std::move(popupViews), isKey));
   }
   return result;
 }

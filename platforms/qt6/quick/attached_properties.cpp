@@ -28,18 +28,14 @@ struct AccessibleType {
 enum class AttachedType { other, accessible, toolTip, pathView };
 
 AttachedType typeOf(const QMetaObject& metaObject) {
-  // Three addresses instead of names, once they are known: every child of every item passes here.
+  // Addresses instead of names, once they are known: every child of every item passes here.
   static const QMetaObject* accessible = nullptr;
   static const QMetaObject* toolTip = nullptr;
-  static const QMetaObject* pathView = nullptr;
   if (&metaObject == accessible) {
     return AttachedType::accessible;
   }
   if (&metaObject == toolTip) {
     return AttachedType::toolTip;
-  }
-  if (&metaObject == pathView) {
-    return AttachedType::pathView;
   }
   const char* const name = metaObject.className();
   if (std::strncmp(name, "QQuick", 6) != 0) {
@@ -53,11 +49,9 @@ AttachedType typeOf(const QMetaObject& metaObject) {
     toolTip = &metaObject;
     return AttachedType::toolTip;
   }
-  if (pathView == nullptr && std::strcmp(name, "QQuickPathViewAttached") == 0) {
-    pathView = &metaObject;
-    return AttachedType::pathView;
-  }
-  return AttachedType::other;
+  // Every path view makes a class of its own for this one.
+  return std::strcmp(name, "QQuickPathViewAttached") == 0 ? AttachedType::pathView
+                                                          : AttachedType::other;
 }
 
 }  // namespace

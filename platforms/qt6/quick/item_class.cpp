@@ -16,6 +16,7 @@ struct KnownClass {
 
 // The class nearest to the item's own decides.
 constexpr std::array knownClasses = {
+    KnownClass{"QQuickRectangle", ItemKind::rectangle},
     KnownClass{"QQuickText", ItemKind::text},
     KnownClass{"QQuickTextInput", ItemKind::textInput},
     KnownClass{"QQuickTextEdit", ItemKind::textEdit},
@@ -74,7 +75,9 @@ Recognised recognise(const QMetaObject& metaObject) {
 ItemClass::ItemClass(const QMetaObject& metaObject) : name(writtenClassName(metaObject)) {
   const Recognised recognised = recognise(metaObject);
   kind = recognised.kind;
-  const QMetaObject& library = *recognised.metaObject;
+  // A rectangle with a role is as much its author's control as any other item.
+  const bool isAuthors = kind == ItemKind::plain || kind == ItemKind::rectangle;
+  const QMetaObject& library = isAuthors ? metaObject : *recognised.metaObject;
   text = Property(library, "text");
   textFormat = Property(library, "textFormat");
   // Fields of the plain kind have no placeholder; applications give them one of their own.

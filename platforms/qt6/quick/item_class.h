@@ -11,6 +11,7 @@ namespace tarnix::qt6 {
 enum class ItemKind {
   /// Layouts, rectangles, and whatever is not named below.
   plain,
+  rectangle,
   text,
   textInput,
   textEdit,

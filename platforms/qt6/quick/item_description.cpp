@@ -6,6 +6,7 @@
 #include "platforms/qt6/quick/item_label.h"
 #include "platforms/qt6/shared/class_cache.h"
 #include "platforms/qt6/shared/role_traits.h"
+#include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/shared/visible_text.h"
 
 namespace tarnix::qt6 {
@@ -48,6 +49,7 @@ std::optional<AccessibilityTraits> traitsOfKind(ItemKind kind) {
     case ItemKind::tabBar:
       return traits::tabBar;
     case ItemKind::plain:
+    case ItemKind::rectangle:
     case ItemKind::groupBox:
     case ItemKind::flickable:
     case ItemKind::itemView:
@@ -156,14 +158,15 @@ ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
     if (!ownTraits || given.value_or(traits::none) != traits::none) {
       ownTraits = given;
     }
-  } else if (!ownTraits && kind == ItemKind::plain && !attached.name.isEmpty()) {
+  } else if (!ownTraits && (kind == ItemKind::plain || kind == ItemKind::rectangle) &&
+             !attached.name.isEmpty()) {
     ownTraits = traits::none;
   }
   if (!ownTraits) {
     return result;
   }
-  result.label = labelOf(item, itemClass, attached);
-  if (result.label.trimmed().isEmpty() ||
+  result.label = inOneLine(labelOf(item, itemClass, attached));
+  if (!saysSomething(result.label, *ownTraits) ||
       (kind == ItemKind::text && SpokenText::covers(surroundings.spoken.get(), result.label))) {
     return result;
   }

@@ -18,6 +18,7 @@ constexpr int largestButton = 64;
 bool isControl(ItemKind kind) {
   switch (kind) {
     case ItemKind::plain:
+    case ItemKind::rectangle:
     case ItemKind::text:
     case ItemKind::image:
       return false;
@@ -75,7 +76,7 @@ QString buttonLabel(const QQuickItem& item, const ItemClass& itemClass,
   if (shown.size() == 1) {
     return shown.front();
   }
-  return attached.toolTip;
+  return attached.toolTip.isEmpty() ? text : attached.toolTip;
 }
 
 bool isPassword(const QQuickItem& item, const ItemClass& itemClass,
@@ -163,6 +164,7 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
     case ItemKind::pathView:
       return {};
     case ItemKind::plain:
+    case ItemKind::rectangle:
       break;
   }
   if (!attached.role || !traitsOfRole(*attached.role)) {

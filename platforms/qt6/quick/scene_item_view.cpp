@@ -1,19 +1,21 @@
 #include "platforms/qt6/quick/scene_item_view.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platforms/qt6/quick/live_items.h"
+#include "platforms/qt6/quick/paint_order.h"
 #include "platforms/qt6/shared/frame.h"
 
 namespace tarnix::qt6 {
 
 SceneItemView::SceneItemView(QQuickItem& item, std::shared_ptr<const ItemClass> parent,
-                             std::shared_ptr<const Surroundings> surroundings)
+                             std::shared_ptr<const Surroundings> surroundings,
+                             std::shared_ptr<const SceneCovers> covers)
     : item_(&item),
       class_(classOf(item)),
       parent_(std::move(parent)),
-      surroundings_(std::move(surroundings)) {}
+      surroundings_(std::move(surroundings)),
+      covers_(std::move(covers)) {}
 
 const ItemDescription& SceneItemView::description() const {
   if (!description_) {
@@ -31,13 +33,26 @@ QRectF SceneItemView::area() const {
       .translated(surroundings_->origin);
 }
 
-bool SceneItemView::isAccessibilityElement() const {
-  return description().isElement && !surroundings_->visiblePart(area()).isEmpty();
+QRectF SceneItemView::seenArea() const {
+  if (item_ == nullptr) {
+    return {};
+  }
+  const QRectF whole = area();
+  const QRegion covered = covers_->over(*item_, whole.translated(-surroundings_->origin))
+                              .translated(surroundings_->origin.toPoint());
+  if (covered.isEmpty()) {
+    return surroundings_->visiblePart(whole);
+  }
+  Surroundings narrowed = *surroundings_;
+  narrowed.cover(covered);
+  return narrowed.visiblePart(whole);
 }
 
-platform::Rect SceneItemView::accessibilityFrame() const {
-  return frameOf(surroundings_->visiblePart(area()));
+bool SceneItemView::isAccessibilityElement() const {
+  return description().isElement && !seenArea().isEmpty();
 }
+
+platform::Rect SceneItemView::accessibilityFrame() const { return frameOf(seenArea()); }
 
 std::optional<std::string> SceneItemView::accessibilityValue() const {
   const std::optional<QString>& value = description().value;
@@ -49,23 +64,15 @@ std::vector<std::shared_ptr<platform::View>> SceneItemView::subviews() const {
   if (item_ == nullptr) {
     return result;
   }
-  QList<QQuickItem*> children = item_->childItems();
+  QList<QQuickItem*> children = inPaintOrder(*item_);
   if (children.isEmpty()) {
     return result;
   }
-  if (parent_ != nullptr) {
-    removeUnusedItems(*parent_, *item_, children);
-  }
-  const auto isBehind = [](const QQuickItem* left, const QQuickItem* right) {
-    return left->z() < right->z();
-  };
-  if (!std::is_sorted(children.cbegin(), children.cend(), isBehind)) {
-    std::stable_sort(children.begin(), children.end(), isBehind);
-  }
+  removeUnusedItems(*item_, *class_, parent_.get(), children);
   const std::shared_ptr<const Surroundings> surroundings = surroundingsOfChildren();
   result.reserve(static_cast<std::size_t>(children.size()));
   for (QQuickItem* child : std::as_const(children)) {
-    result.push_back(std::make_shared<SceneItemView>(*child, class_, surroundings));
+    result.push_back(std::make_shared<SceneItemView>(*child, class_, surroundings, covers_));
   }
   return result;
 }
@@ -90,7 +97,7 @@ std::shared_ptr<const Surroundings> SceneItemView::surroundingsOfChildren() cons
   if (kind == ItemKind::flickable) {
     // Its content counts as a whole, unless it cannot be seen itself.
     if (!surroundings_->visiblePart(area()).isEmpty()) {
-      result->clip.reset();
+      *result = result->unclippedIn(area());
     }
   } else if (isScroller || item_->clip()) {
     *result = result->clippedTo(area());

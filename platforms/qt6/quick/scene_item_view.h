@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platforms/qt6/quick/item_description.h"
+#include "platforms/qt6/quick/scene_covers.h"
 #include "probe/platform/view.h"
 
 namespace tarnix::qt6 {
@@ -14,7 +15,8 @@ namespace tarnix::qt6 {
 class SceneItemView : public platform::View {
  public:
   SceneItemView(QQuickItem& item, std::shared_ptr<const ItemClass> parent,
-                std::shared_ptr<const Surroundings> surroundings);
+                std::shared_ptr<const Surroundings> surroundings,
+                std::shared_ptr<const SceneCovers> covers);
 
   std::string className() const override { return class_->name; }
   bool isHidden() const override { return item_ == nullptr || !item_->isVisible(); }
@@ -41,12 +43,15 @@ class SceneItemView : public platform::View {
   const ItemDescription& description() const;
   /// The whole of it, on the screen.
   QRectF area() const;
+  /// What can be seen of it, on the screen.
+  QRectF seenArea() const;
   std::shared_ptr<const Surroundings> surroundingsOfChildren() const;
 
   QPointer<QQuickItem> item_;
   std::shared_ptr<const ItemClass> class_;
   std::shared_ptr<const ItemClass> parent_;
   std::shared_ptr<const Surroundings> surroundings_;
+  std::shared_ptr<const SceneCovers> covers_;
   // Made when it is first asked for; the item stays as it is until the loop turns.
   mutable std::optional<ItemDescription> description_;
 };

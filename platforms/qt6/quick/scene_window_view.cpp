@@ -22,7 +22,9 @@ std::vector<std::shared_ptr<platform::View>> SceneWindowView::subviews() const {
   if (window_ == nullptr || window_->contentItem() == nullptr) {
     return {};
   }
-  return {std::make_shared<SceneItemView>(*window_->contentItem(), nullptr, surroundings_)};
+  QQuickItem& root = *window_->contentItem();
+  return {std::make_shared<SceneItemView>(root, nullptr, surroundings_,
+                                          std::make_shared<const SceneCovers>(root))};
 }
 
 }  // namespace tarnix::qt6

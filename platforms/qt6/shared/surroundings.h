@@ -2,6 +2,7 @@
 
 #include <QPointF>
 #include <QRectF>
+#include <QRegion>
 #include <memory>
 #include <optional>
 
@@ -19,6 +20,10 @@ struct Surroundings {
   /// What can be seen of this place, on the screen; absent inside a scrolling container, whose
   /// content counts as a whole.
   std::optional<QRectF> clip;
+  /// What opaque things in front hide, on the screen.
+  QRegion covered;
+  /// Where content that counts as a whole is really shown: nothing hides it elsewhere.
+  std::optional<QRectF> scroller;
   /// What the elements around say; null when there is none.
   std::shared_ptr<const SpokenText> spoken;
   /// Whether an element around is one control to people, whatever it is made of: what a spin box
@@ -32,8 +37,14 @@ struct Surroundings {
     return result;
   }
 
-  /// What can be seen of `area`; empty when nothing can.
-  QRectF visiblePart(const QRectF& area) const { return clip ? clip->intersected(area) : area; }
+  /// For the content of a scrolling container at `area`.
+  Surroundings unclippedIn(const QRectF& area) const;
+
+  /// Something opaque stands in front.
+  void cover(const QRegion& region);
+
+  /// What can be seen of `area`; empty when that is nothing, or a sliver that tells nothing.
+  QRectF visiblePart(const QRectF& area) const;
 };
 
 /// Below this a thing is taken for invisible.

@@ -33,7 +33,8 @@ QString firstOf(std::initializer_list<QString> candidates) {
       return candidate;
     }
   }
-  return {};
+  // One of nothing but spaces is a mistake that somebody may want to find.
+  return candidates.size() == 0 ? QString() : *candidates.begin();
 }
 
 bool isPassword(const QLineEdit& field) {

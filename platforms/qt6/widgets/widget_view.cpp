@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "platforms/qt6/shared/frame.h"
+#include "platforms/qt6/shared/spoken_label.h"
+#include "platforms/qt6/widgets/covers.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
 #include "platforms/qt6/widgets/widget_area.h"
 #include "platforms/qt6/widgets/widget_label.h"
@@ -69,9 +71,9 @@ WidgetView::Description WidgetView::describe() const {
   if (!traits || (surroundings_->insideCompositeControl && kind == WidgetKind::lineEdit)) {
     return result;
   }
-  result.label = labelOf(*widget_, kind, buddies_.get());
+  result.label = inOneLine(labelOf(*widget_, kind, buddies_.get()));
   result.traits = *traits;
-  if (result.label.trimmed().isEmpty() ||
+  if (!saysSomething(result.label, *traits) ||
       (kind == WidgetKind::label &&
        SpokenText::covers(surroundings_->spoken.get(), result.label))) {
     return result;
@@ -110,15 +112,24 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
     }
   }
   const std::shared_ptr<const Buddies> buddies = Buddies::collect(*widget_, buddies_);
+  const Covers covers(*widget_);
   for (QObject* child : widget_->children()) {
     if (!child->isWidgetType()) {
       continue;
     }
     auto* const widget = static_cast<QWidget*>(child);
-    if (!widget->isWindow()) {
-      result.push_back(std::make_shared<WidgetView>(*widget, topLeft_ + widget->pos(), surroundings,
-                                                    buddies, source_));
+    if (widget->isWindow()) {
+      continue;
     }
+    const QRegion covered = covers.over(*widget);
+    std::shared_ptr<const Surroundings> around = surroundings;
+    if (!covered.isEmpty()) {
+      auto narrowed = std::make_shared<Surroundings>(*surroundings);
+      narrowed->cover(covered.translated(topLeft_.toPoint()));
+      around = std::move(narrowed);
+    }
+    result.push_back(std::make_shared<WidgetView>(*widget, topLeft_ + widget->pos(),
+                                                  std::move(around), buddies, source_));
   }
   return result;
 }
@@ -127,7 +138,7 @@ std::shared_ptr<const Surroundings> WidgetView::surroundingsOfChildren() const {
   auto result = std::make_shared<Surroundings>(*surroundings_);
   const QRectF area(topLeft_, widget_->size());
   if (isScrolledWhole(*widget_) && !surroundings_->visiblePart(area).isEmpty()) {
-    result->clip.reset();
+    *result = result->unclippedIn(area);
   } else {
     *result = result->clippedTo(area);
   }
