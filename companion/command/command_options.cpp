@@ -1,0 +1,34 @@
+#include "companion/command/command_options.h"
+
+#include <CLI/CLI.hpp>
+
+namespace tarnix::companion {
+
+void addOutputOptions(CLI::App& command, CommandOptions& options) {
+  // A day is as good as no limit, and far from what a clock can hold.
+  constexpr double shortestTimeout = 0.001;
+  constexpr double longestTimeout = 86'400;
+  command.add_flag("--json", options.json, "Print JSON for programs, on one line");
+  command.add_flag("--no-color", options.noColor,
+                   "Never use colours (as with the variable NO_COLOR)");
+  command.add_option("--timeout", options.timeoutSeconds, "How long to wait, in seconds")
+      ->check(CLI::Range(shortestTimeout, longestTimeout))
+      ->capture_default_str();
+}
+
+void addTargetOptions(CLI::App& command, CommandOptions& options) {
+  constexpr int highestPort = 65'535;
+  CLI::Option* port =
+      command.add_option("--port", options.port, "Connect to this port, without looking for it")
+          ->check(CLI::Range(1, highestPort));
+  command.add_option("--host", options.host, "Where the port is, such as the end of an SSH tunnel")
+      ->needs(port)
+      ->capture_default_str();
+  command.add_option("--pid", options.pid, "Choose the application by its process id")
+      ->check(CLI::PositiveNumber)
+      ->excludes(port);
+  command.add_option("--name", options.name, "Choose the application by its name, or part of it")
+      ->excludes(port);
+}
+
+}  // namespace tarnix::companion

@@ -1,0 +1,90 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <functional>
+
+#include "companion/command/command_options.h"
+#include "companion/command/commands.h"
+#include "companion/command/exit_code.h"
+
+namespace tarnix::companion {
+namespace {
+
+constexpr const char* description =
+    "Shows what a desktop application with the Tarnix probe in it does.\n"
+    "Start one with `tarnix run APP`, then ask it with the other commands.";
+
+int parseAndRun(int argumentCount, char** arguments) {
+  CommandOptions options;
+  SyncOptions sync;
+  HtmlOptions html;
+  std::function<int()> action;
+  const auto does = [&](CLI::App* command, auto function) {
+    command->callback(
+        [&action, function] { action = [function] { return static_cast<int>(function()); }; });
+  };
+
+  CLI::App app(description, "tarnix");
+  app.set_version_flag("--version", std::string("tarnix ") + TARNIX_VERSION);
+  app.footer(exitCodeHelp);
+  app.require_subcommand(1);
+
+  CLI::App* run = app.add_subcommand(
+      "run", "Start an application with the probe in it; ends as the application does");
+  run->footer(
+      "After the options come the program and its own arguments: tarnix run [OPTIONS] [--] APP "
+      "[ARG...]\n--timeout is how long an application may take to show up before that is said;\n"
+      "--json prints {\"application\", \"pid\", \"port\"} on standard error when it has.");
+  run->prefix_command();
+  addOutputOptions(*run, options);
+  does(run, [&options, run] {
+    const std::vector<std::string> commandLine = run->remaining();
+    if (commandLine.empty()) {
+      throw CLI::RequiredError("APP");
+    }
+    return runApplication(options, commandLine);
+  });
+
+  CLI::App* list = app.add_subcommand("list", "List the applications that can be reached");
+  list->footer("--json prints {\"hosts\": [{\"application\", \"name\", \"pid\", \"port\"}]}.");
+  addOutputOptions(*list, options);
+  does(list, [&options] { return runList(options); });
+
+  CLI::App* syncCommand =
+      app.add_subcommand("sync", "Show what an application's probe has captured so far");
+  syncCommand->footer("--json prints the payload of the probe's message \"sync.full\".");
+  addTargetOptions(*syncCommand, options);
+  addOutputOptions(*syncCommand, options);
+  syncCommand->add_flag("--all", sync.all, "Show every request and log line");
+  does(syncCommand, [&options, &sync] { return runSync(options, sync); });
+
+  CLI::App* htmlCommand = app.add_subcommand("html", "Read an application's screen as HTML");
+  htmlCommand->footer("--json prints {\"screen\", \"html\", \"elementCount\"}.");
+  addTargetOptions(*htmlCommand, options);
+  addOutputOptions(*htmlCommand, options);
+  htmlCommand->add_option("-o,--output", html.file, "Write the document to this file");
+  does(htmlCommand, [&options, &html] { return runHtml(options, html); });
+
+  try {
+    app.parse(argumentCount, arguments);
+    return action();
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::usage);
+  }
+}
+
+}  // namespace
+}  // namespace tarnix::companion
+
+int main(int argumentCount, char** arguments) {
+  std::setlocale(LC_CTYPE, "");
+  try {
+    return tarnix::companion::parseAndRun(argumentCount, arguments);
+  } catch (const std::exception& error) {
+    fmt::print(stderr, "tarnix: {}\n", error.what());
+    return static_cast<int>(tarnix::companion::ExitCode::failure);
+  }
+}
