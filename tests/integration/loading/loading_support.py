@@ -113,7 +113,14 @@ class Process:
         return self.wait()
 
     def wait(self, patience=PATIENCE):
-        return self._process.wait(patience)
+        code = self._process.wait(patience)
+        self._join_readers()
+        return code
+
+    def _join_readers(self):
+        # Bounded: a child of the process may still hold the other ends.
+        for reader in self._readers:
+            reader.join(1)
 
     def poll(self):
         return self._process.poll()
@@ -125,9 +132,7 @@ class Process:
         if self._process.poll() is None:
             self._process.kill()
             self._process.wait()
-        # A child of the process may still hold the other ends.
-        for reader in self._readers:
-            reader.join(1)
+        self._join_readers()
         self._process.stdin.close()
         for stream, reader in zip((self._process.stdout, self._process.stderr), self._readers):
             if not reader.is_alive():

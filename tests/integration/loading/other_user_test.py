@@ -53,6 +53,8 @@ class OtherUsers(unittest.TestCase):
             for _ in range(5):
                 self.assertEqual(self.outcome(port, NOBODY, "127.0.0.1"), "closed")
             self.assertEqual(self.outcome(port, ROOT, "127.0.0.1"), "served")
+            host.finish()
+            self.assertTrue(host.wait_for_line("connection"))
             self.assertEqual(host.lines.count("connection"), 1)
 
 
