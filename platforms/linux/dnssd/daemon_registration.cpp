@@ -137,7 +137,7 @@ void DaemonRegistration::handleGroup(AvahiEntryGroup* group, AvahiEntryGroupStat
       registration.verify(client);
       break;
     case AVAHI_ENTRY_GROUP_COLLISION:
-      // Another machine program has it: one that does not go through this daemon.
+      // A responder beside the daemon has it.
       registration.rename();
       avahi_entry_group_reset(group);
       registration.registerService(client);
