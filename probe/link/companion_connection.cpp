@@ -50,7 +50,8 @@ void CompanionConnection::sendCompanionMessage(CompanionMessage message,
                 completion = std::move(completion)] {
     std::optional<std::string> frame = encodeFrame(message);
     if (!frame) {
-      completion(CompanionError{CompanionError::Kind::encoding, "the message cannot be put into a frame"});
+      completion(
+          CompanionError{CompanionError::Kind::encoding, "the message cannot be put into a frame"});
       return;
     }
     self->connection_->send(*std::move(frame),
