@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# A walk through what a companion can see of a real application: a board game that knows nothing of
+# the probe. Given a build folder and the folder to leave the results in; ends by itself.
+set -euo pipefail
+build=$(realpath "$1")
+mkdir -p "$2"
+out=$(realpath "$2")
+
+work=$(mktemp -d)
+host=
+finish() {
+  [ -z "$host" ] || kill "$host" 2>/dev/null || true
+  [ -z "$host" ] || wait "$host" 2>/dev/null || true
+  rm -rf "$work"
+}
+trap finish EXIT
+# A home of its own: the game starts as it does for a new player.
+export HOME=$work XDG_RUNTIME_DIR=$work QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+chmod 700 "$work"
+
+show() {
+  printf '\n$ tarnix %s\n' "$*"
+  "$build/bin/tarnix" "$@"
+}
+
+printf '$ tarnix run pentobi &\n'
+"$build/bin/tarnix" run pentobi &
+host=$!
+until "$build/bin/tarnix" sync --name pentobi --timeout 2 >/dev/null 2>&1; do
+  kill -0 "$host" || { echo 'the game has ended' >&2; exit 1; }
+  sleep 0.2
+done
+
+show list
+show sync --name pentobi
+show html --name pentobi -o "$out/pentobi.html"
+cat "$out/pentobi.html"
+printf '\n\nleft in %s: pentobi.html\n' "$out"
