@@ -12,7 +12,8 @@ void addOutputOptions(CLI::App& command, CommandOptions& options) {
   command.add_flag("--no-color", options.noColor,
                    "Never use colours (as with the variable NO_COLOR)");
   command.add_option("--timeout", options.timeoutSeconds, "How long to wait, in seconds")
-      ->check(CLI::Range(shortestTimeout, longestTimeout))
+      ->check(CLI::Range(shortestTimeout, longestTimeout).description(""))
+      ->type_name("SECONDS")
       ->capture_default_str();
 }
 
@@ -20,14 +21,18 @@ void addTargetOptions(CLI::App& command, CommandOptions& options) {
   constexpr int highestPort = 65'535;
   CLI::Option* port =
       command.add_option("--port", options.port, "Connect to this port, without looking for it")
-          ->check(CLI::Range(1, highestPort));
+          ->check(CLI::Range(1, highestPort).description(""))
+          ->type_name("PORT");
   command.add_option("--host", options.host, "Where the port is, such as the end of an SSH tunnel")
       ->needs(port)
+      ->type_name("ADDRESS")
       ->capture_default_str();
   command.add_option("--pid", options.pid, "Choose the application by its process id")
-      ->check(CLI::PositiveNumber)
+      ->check(CLI::Validator(CLI::PositiveNumber).description(""))
+      ->type_name("PID")
       ->excludes(port);
   command.add_option("--name", options.name, "Choose the application by its name, or part of it")
+      ->type_name("NAME")
       ->excludes(port);
 }
 

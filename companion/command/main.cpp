@@ -6,9 +6,11 @@
 #include <cstdio>
 #include <functional>
 
+#include "companion/command/command_line.h"
 #include "companion/command/command_options.h"
 #include "companion/command/commands.h"
 #include "companion/command/exit_code.h"
+#include "companion/output/display_text.h"
 
 namespace tarnix::companion {
 namespace {
@@ -16,6 +18,21 @@ namespace {
 constexpr const char* description =
     "Shows what a desktop application with the Tarnix probe in it does.\n"
     "Start one with `tarnix run APP`, then ask it with the other commands.";
+
+/// What is wrong with a command line, and where to read how it should be.
+std::string explain(const CLI::App& app, const CLI::Error& error) {
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  const std::vector<std::string> extra = app.remaining();
+  std::string what = error.what();
+  if (commands.empty() && extra.empty()) {
+    what = "Say what to do";
+  } else if (commands.empty()) {
+    what = fmt::format("There is no {} \"{}\"",
+                       extra.front().starts_with('-') ? "option" : "command", extra.front());
+  }
+  return fmt::format("tarnix: {}. `tarnix{} --help` shows how it is used.\n", printable(what),
+                     commands.empty() ? "" : " " + commands.front()->get_name());
+}
 
 int parseAndRun(int argumentCount, char** arguments) {
   CommandOptions options;
@@ -31,6 +48,8 @@ int parseAndRun(int argumentCount, char** arguments) {
   app.set_version_flag("--version", std::string("tarnix ") + TARNIX_VERSION);
   app.footer(exitCodeHelp);
   app.require_subcommand(1);
+  app.failure_message(
+      [](const CLI::App* failed, const CLI::Error& error) { return explain(*failed, error); });
 
   CLI::App* run = app.add_subcommand(
       "run", "Start an application with the probe in it; ends as the application does");
@@ -38,14 +57,13 @@ int parseAndRun(int argumentCount, char** arguments) {
       "After the options come the program and its own arguments: tarnix run [OPTIONS] [--] APP "
       "[ARG...]\n--timeout is how long an application may take to show up before that is said;\n"
       "--json prints {\"application\", \"pid\", \"port\"} on standard error when it has.");
-  run->prefix_command();
   addOutputOptions(*run, options);
-  does(run, [&options, run] {
-    const std::vector<std::string> commandLine = run->remaining();
-    if (commandLine.empty()) {
-      throw CLI::RequiredError("APP");
+  const CommandLine line = splitCommandLine({arguments, arguments + argumentCount});
+  does(run, [&options, &line] {
+    if (line.application.empty()) {
+      throw CLI::RequiredError("A program to run");
     }
-    return runApplication(options, commandLine);
+    return runApplication(options, line.application);
   });
 
   CLI::App* list = app.add_subcommand("list", "List the applications that can be reached");
@@ -65,11 +83,13 @@ int parseAndRun(int argumentCount, char** arguments) {
   htmlCommand->footer("--json prints {\"screen\", \"html\", \"elementCount\"}.");
   addTargetOptions(*htmlCommand, options);
   addOutputOptions(*htmlCommand, options);
-  htmlCommand->add_option("-o,--output", html.file, "Write the document to this file");
+  htmlCommand->add_option("-o,--output", html.file, "Write the document to this file")
+      ->type_name("FILE");
   does(htmlCommand, [&options, &html] { return runHtml(options, html); });
 
   try {
-    app.parse(argumentCount, arguments);
+    // CLI11 takes them off the end.
+    app.parse(std::vector<std::string>(line.own.rbegin(), line.own.rend()));
     return action();
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::usage);
