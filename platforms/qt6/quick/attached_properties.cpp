@@ -25,6 +25,12 @@ struct AccessibleType {
   Property name, role, ignored, checkable, checked, searchEdit, passwordEdit, selected;
 };
 
+/// Main thread.
+const AccessibleType& typeOf(const QObject& accessible) {
+  static const AccessibleType type(*accessible.metaObject());
+  return type;
+}
+
 enum class AttachedType { other, accessible, toolTip, pathView };
 
 AttachedType typeOf(const QMetaObject& metaObject) {
@@ -59,37 +65,69 @@ AttachedType typeOf(const QMetaObject& metaObject) {
 AttachedProperties::AttachedProperties(const QQuickItem& item) {
   // Attached objects are children of what they are attached to.
   for (const QObject* child : item.children()) {
-    const QMetaObject& metaObject = *child->metaObject();
-    switch (typeOf(metaObject)) {
+    switch (typeOf(*child->metaObject())) {
       case AttachedType::other:
         break;
-      case AttachedType::accessible: {
-        static const AccessibleType type(metaObject);
-        name = type.name.string(*child);
-        const auto given = static_cast<QAccessible::Role>(type.role.integer(*child));
-        if (given != QAccessible::NoRole) {
-          role = given;
-        }
-        isIgnored = type.ignored.boolean(*child);
-        isCheckable = type.checkable.boolean(*child);
-        isChecked = type.checked.boolean(*child);
-        isSearchEdit = type.searchEdit.boolean(*child);
-        isPasswordEdit = type.passwordEdit.boolean(*child);
-        isSelected = type.selected.boolean(*child);
+      case AttachedType::accessible:
+        accessible_ = child;
         break;
-      }
-      case AttachedType::toolTip: {
-        static const Property text(metaObject, "text");
-        toolTip = text.string(*child);
+      case AttachedType::toolTip:
+        toolTip_ = child;
         break;
-      }
-      case AttachedType::pathView: {
-        static const Property onPath(metaObject, "onPath");
-        isOnPath = onPath.boolean(*child);
+      case AttachedType::pathView:
+        pathView_ = child;
         break;
-      }
     }
   }
+}
+
+QString AttachedProperties::name() const {
+  return accessible_ == nullptr ? QString() : typeOf(*accessible_).name.string(*accessible_);
+}
+
+std::optional<QAccessible::Role> AttachedProperties::role() const {
+  if (accessible_ == nullptr) {
+    return std::nullopt;
+  }
+  const int given = typeOf(*accessible_).role.integer(*accessible_);
+  return given == QAccessible::NoRole ? std::nullopt
+                                      : std::optional(static_cast<QAccessible::Role>(given));
+}
+
+bool AttachedProperties::isIgnored() const {
+  return accessible_ != nullptr && typeOf(*accessible_).ignored.boolean(*accessible_);
+}
+
+bool AttachedProperties::isCheckable() const {
+  return accessible_ != nullptr && typeOf(*accessible_).checkable.boolean(*accessible_);
+}
+
+bool AttachedProperties::isChecked() const {
+  return accessible_ != nullptr && typeOf(*accessible_).checked.boolean(*accessible_);
+}
+
+bool AttachedProperties::isSearchEdit() const {
+  return accessible_ != nullptr && typeOf(*accessible_).searchEdit.boolean(*accessible_);
+}
+
+bool AttachedProperties::isPasswordEdit() const {
+  return accessible_ != nullptr && typeOf(*accessible_).passwordEdit.boolean(*accessible_);
+}
+
+bool AttachedProperties::isSelected() const {
+  return accessible_ != nullptr && typeOf(*accessible_).selected.boolean(*accessible_);
+}
+
+QString AttachedProperties::toolTip() const {
+  if (toolTip_ == nullptr) {
+    return {};
+  }
+  static const Property text(*toolTip_->metaObject(), "text");
+  return text.string(*toolTip_);
+}
+
+bool AttachedProperties::isOnPath() const {
+  return pathView_ == nullptr || Property(*pathView_->metaObject(), "onPath").boolean(*pathView_);
 }
 
 }  // namespace tarnix::qt6

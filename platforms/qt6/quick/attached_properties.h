@@ -10,21 +10,28 @@ namespace tarnix::qt6 {
 
 /// What an application says of an item beside the item itself: its attached accessible properties
 /// and tool tip, where they exist. Looking makes none. Main thread.
-struct AttachedProperties {
+class AttachedProperties {
+ public:
   explicit AttachedProperties(const QQuickItem& item);
 
-  QString name;
+  QString name() const;
   /// Absent unless the application gave the item one.
-  std::optional<QAccessible::Role> role;
-  bool isIgnored = false;
-  bool isCheckable = false;
-  bool isChecked = false;
-  bool isSearchEdit = false;
-  bool isPasswordEdit = false;
-  bool isSelected = false;
-  QString toolTip;
+  std::optional<QAccessible::Role> role() const;
+  bool isIgnored() const;
+  bool isCheckable() const;
+  bool isChecked() const;
+  bool isSearchEdit() const;
+  bool isPasswordEdit() const;
+  bool isSelected() const;
+  QString toolTip() const;
   /// Of an item on a path: whether it is shown.
-  bool isOnPath = true;
+  bool isOnPath() const;
+
+ private:
+  // Each null when there is none.
+  const QObject* accessible_ = nullptr;
+  const QObject* toolTip_ = nullptr;
+  const QObject* pathView_ = nullptr;
 };
 
 }  // namespace tarnix::qt6

@@ -33,6 +33,7 @@ constexpr std::array knownClasses = {
     KnownClass{"QQuickSwitch", ItemKind::toggle},
     KnownClass{"QQuickSwitchDelegate", ItemKind::toggle},
     KnownClass{"QQuickTabButton", ItemKind::tab},
+    KnownClass{"QQuickMenuItem", ItemKind::menuEntry},
     KnownClass{"QQuickComboBox", ItemKind::comboBox},
     KnownClass{"QQuickSpinBox", ItemKind::spinBox},
     KnownClass{"QQuickDoubleSpinBox", ItemKind::spinBox},

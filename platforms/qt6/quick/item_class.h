@@ -21,6 +21,7 @@ enum class ItemKind {
   /// delegates.
   toggle,
   tab,
+  menuEntry,
   comboBox,
   spinBox,
   adjustable,

@@ -24,6 +24,9 @@ bool isField(ItemKind kind) {
   return kind == ItemKind::textInput || kind == ItemKind::textEdit || kind == ItemKind::searchField;
 }
 
+/// Whether the library knows nothing of what it is for.
+bool isAuthorsOwn(ItemKind kind) { return kind == ItemKind::plain || kind == ItemKind::rectangle; }
+
 /// Absent for what holds others and is no element itself.
 std::optional<AccessibilityTraits> traitsOfKind(ItemKind kind) {
   switch (kind) {
@@ -38,6 +41,7 @@ std::optional<AccessibilityTraits> traitsOfKind(ItemKind kind) {
     case ItemKind::button:
     case ItemKind::toggle:
     case ItemKind::tab:
+    case ItemKind::menuEntry:
     case ItemKind::comboBox:
       return traits::button;
     case ItemKind::spinBox:
@@ -85,6 +89,11 @@ std::optional<QString> valueOf(const QQuickItem& item, const ItemClass& itemClas
         return QStringLiteral("mixed");
       }
       return onOrOff(itemClass.checked.boolean(item));
+    case ItemKind::menuEntry:
+      if (!itemClass.checkable.boolean(item)) {
+        return std::nullopt;
+      }
+      return onOrOff(itemClass.checked.boolean(item));
     case ItemKind::comboBox:
     case ItemKind::spinBox:
       return itemClass.displayText.string(item);
@@ -99,10 +108,14 @@ std::optional<QString> valueOf(const QQuickItem& item, const ItemClass& itemClas
     default:
       break;
   }
-  if (attached.isCheckable || (attached.role && isCheckableRole(*attached.role))) {
-    return onOrOff(attached.isChecked);
+  if (!isAuthorsOwn(itemClass.kind)) {
+    return std::nullopt;
   }
-  if (attached.role) {
+  const std::optional<QAccessible::Role> role = attached.role();
+  if (attached.isCheckable() || (role && isCheckableRole(*role))) {
+    return onOrOff(attached.isChecked());
+  }
+  if (role) {
     if (const std::optional<double> number = itemClass.value.number(item)) {
       return numberText(*number);
     }
@@ -112,10 +125,16 @@ std::optional<QString> valueOf(const QQuickItem& item, const ItemClass& itemClas
 
 bool isSelected(const QQuickItem& item, const ItemClass& itemClass,
                 const AttachedProperties& attached) {
-  const bool isCheckedButton =
-      itemClass.kind == ItemKind::tab ||
-      (itemClass.kind == ItemKind::button && itemClass.checkable.boolean(item));
-  return attached.isSelected || (isCheckedButton && itemClass.checked.boolean(item));
+  switch (itemClass.kind) {
+    case ItemKind::text:
+      return false;
+    case ItemKind::tab:
+      return itemClass.checked.boolean(item);
+    case ItemKind::button:
+      return itemClass.checkable.boolean(item) && itemClass.checked.boolean(item);
+    default:
+      return attached.isSelected();
+  }
 }
 
 /// A link, a group's title, or just a text.
@@ -125,60 +144,62 @@ AccessibilityTraits traitsOfText(const QQuickItem& item, const ItemClass& itemCl
       parent->title.string(*item.parentItem()) == itemClass.text.string(item)) {
     return traits::header;
   }
-  const QString text = itemClass.text.string(item);
   const auto format = static_cast<TextFormat>(itemClass.textFormat.integer(item));
-  return format != TextFormat::plain && visibleText(text, format).isLink ? traits::link
-                                                                         : traits::staticText;
+  if (format == TextFormat::plain) {
+    return traits::staticText;
+  }
+  const QString text = itemClass.text.string(item);
+  return text.contains(u'<') || format == TextFormat::markdown
+             ? (visibleText(text, format).isLink ? traits::link : traits::staticText)
+             : traits::staticText;
 }
 
 }  // namespace
 
-std::shared_ptr<const ItemClass> classOf(const QQuickItem& item) {
+const ItemClass& classOf(const QQuickItem& item) {
   static ClassCache<ItemClass>& cache = *new ClassCache<ItemClass>;
   return cache.of(item);
 }
 
 ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
-                         const ItemClass* parent, const Surroundings& surroundings) {
+                         const ItemClass* parent, const Surroundings& surroundings,
+                         const SpokenText* spoken) {
   ItemDescription result;
-  if (!item.isVisible() || surroundings.opacity * item.opacity() < smallestVisibleOpacity) {
+  const ItemKind kind = itemClass.kind;
+  if (!item.isVisible() || surroundings.opacity * item.opacity() < smallestVisibleOpacity ||
+      (surroundings.insideCompositeControl && isField(kind))) {
     return result;
   }
   const AttachedProperties attached(item);
-  const ItemKind kind = itemClass.kind;
-  const bool isFieldOfControl = surroundings.insideCompositeControl && isField(kind);
-  if (attached.isIgnored || isFieldOfControl) {
-    return result;
-  }
+  const std::optional<QAccessible::Role> role = attached.role();
   std::optional<AccessibilityTraits> ownTraits = traitsOfKind(kind);
-  if (attached.role) {
-    const std::optional<AccessibilityTraits> given = traitsOfRole(*attached.role);
+  if (role) {
+    const std::optional<AccessibilityTraits> given = traitsOfRole(*role);
     // While a screen reader runs the library gives its own controls a role, which says less than
     // their class does.
     if (!ownTraits || given.value_or(traits::none) != traits::none) {
       ownTraits = given;
     }
-  } else if (!ownTraits && (kind == ItemKind::plain || kind == ItemKind::rectangle) &&
-             !attached.name.isEmpty()) {
+  } else if (!ownTraits && isAuthorsOwn(kind) && !attached.name().isEmpty()) {
     ownTraits = traits::none;
   }
-  if (!ownTraits) {
+  if (!ownTraits || attached.isIgnored()) {
     return result;
   }
   result.label = inOneLine(labelOf(item, itemClass, attached));
   if (!saysSomething(result.label, *ownTraits) ||
-      (kind == ItemKind::text && SpokenText::covers(surroundings.spoken.get(), result.label))) {
+      (kind == ItemKind::text && SpokenText::covers(spoken, result.label))) {
     return result;
   }
   result.isElement = true;
-  if (kind == ItemKind::text && !attached.role) {
+  if (kind == ItemKind::text && *ownTraits == traits::staticText) {
     ownTraits = traitsOfText(item, itemClass, parent);
   }
   result.traits = *ownTraits;
-  result.isTextField = isField(kind) || attached.role == QAccessible::EditableText ||
+  result.isTextField = isField(kind) || role == QAccessible::EditableText ||
                        ((kind == ItemKind::comboBox || kind == ItemKind::spinBox) &&
                         itemClass.editable.boolean(item));
-  if (attached.isSearchEdit) {
+  if (result.isTextField && attached.isSearchEdit()) {
     result.traits |= traits::searchField;
   }
   if (isSelected(item, itemClass, attached)) {

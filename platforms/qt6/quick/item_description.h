@@ -22,10 +22,12 @@ struct ItemDescription {
 };
 
 /// `parent` is the class of the item around; null for the outermost one. Main thread.
+/// `spoken` is what the elements around say.
 ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
-                         const ItemClass* parent, const Surroundings& surroundings);
+                         const ItemClass* parent, const Surroundings& surroundings,
+                         const SpokenText* spoken);
 
-/// The classes of the items that exist. Main thread.
-std::shared_ptr<const ItemClass> classOf(const QQuickItem& item);
+/// Main thread.
+const ItemClass& classOf(const QQuickItem& item);
 
 }  // namespace tarnix::qt6

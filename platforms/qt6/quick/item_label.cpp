@@ -38,13 +38,13 @@ std::vector<QString> textsInside(const QQuickItem& button) {
       if (!child->isVisible() || child->opacity() < smallestVisibleOpacity) {
         continue;
       }
-      const std::shared_ptr<const ItemClass> childClass = classOf(*child);
-      if (isControl(childClass->kind)) {
+      const ItemClass& childClass = classOf(*child);
+      if (isControl(childClass.kind)) {
         return {};
       }
-      if (childClass->kind == ItemKind::text) {
-        const auto format = static_cast<TextFormat>(childClass->textFormat.integer(*child));
-        const QString text = visibleText(childClass->text.string(*child), format).text;
+      if (childClass.kind == ItemKind::text) {
+        const auto format = static_cast<TextFormat>(childClass.textFormat.integer(*child));
+        const QString text = visibleText(childClass.text.string(*child), format).text;
         if (!text.trimmed().isEmpty()) {
           texts.push_back(text);
         }
@@ -76,14 +76,14 @@ QString buttonLabel(const QQuickItem& item, const ItemClass& itemClass,
   if (shown.size() == 1) {
     return shown.front();
   }
-  return attached.toolTip.isEmpty() ? text : attached.toolTip;
+  return attached.toolTip().isEmpty() ? text : attached.toolTip();
 }
 
 bool isPassword(const QQuickItem& item, const ItemClass& itemClass,
                 const AttachedProperties& attached) {
   constexpr int normalEcho = 0;
   const Qt::InputMethodHints hints(itemClass.inputMethodHints.integer(item));
-  return attached.isPasswordEdit || itemClass.echoMode.integer(item) != normalEcho ||
+  return attached.isPasswordEdit() || itemClass.echoMode.integer(item) != normalEcho ||
          hints.testFlag(Qt::ImhHiddenText);
 }
 
@@ -121,8 +121,8 @@ std::optional<QString> fieldText(const QQuickItem& item, const ItemClass& itemCl
 QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
                 const AttachedProperties& attached) {
   // While a screen reader runs the library names its own buttons by their text, marks and all.
-  if (!attached.name.isEmpty() && attached.name != itemClass.text.string(item)) {
-    return attached.name;
+  if (!attached.name().isEmpty() && attached.name() != itemClass.text.string(item)) {
+    return attached.name();
   }
   switch (itemClass.kind) {
     case ItemKind::text: {
@@ -132,6 +132,7 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
     case ItemKind::button:
     case ItemKind::toggle:
     case ItemKind::tab:
+    case ItemKind::menuEntry:
       return buttonLabel(item, itemClass, attached);
     case ItemKind::textInput:
     case ItemKind::textEdit:
@@ -140,8 +141,8 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
       if (!placeholder.trimmed().isEmpty()) {
         return placeholder;
       }
-      if (!attached.toolTip.isEmpty()) {
-        return attached.toolTip;
+      if (!attached.toolTip().isEmpty()) {
+        return attached.toolTip();
       }
       // What a person sees of a field without a name is what stands in it.
       return isPassword(item, itemClass, attached)
@@ -150,11 +151,11 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
     }
     case ItemKind::comboBox:
     case ItemKind::spinBox:
-      return attached.toolTip.isEmpty() ? itemClass.displayText.string(item) : attached.toolTip;
+      return attached.toolTip().isEmpty() ? itemClass.displayText.string(item) : attached.toolTip();
     case ItemKind::adjustable:
     case ItemKind::rangeSlider:
     case ItemKind::progressBar:
-      return attached.toolTip;
+      return attached.toolTip();
     case ItemKind::image:
     case ItemKind::tabBar:
     case ItemKind::groupBox:
@@ -167,7 +168,7 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
     case ItemKind::rectangle:
       break;
   }
-  if (!attached.role || !traitsOfRole(*attached.role)) {
+  if (!attached.role() || !traitsOfRole(*attached.role())) {
     return {};
   }
   // An item that its application made a control of.
@@ -178,7 +179,7 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
     }
   }
   const std::vector<QString> shown = textsInside(item);
-  return shown.size() == 1 ? shown.front() : attached.toolTip;
+  return shown.size() == 1 ? shown.front() : attached.toolTip();
 }
 
 }  // namespace tarnix::qt6

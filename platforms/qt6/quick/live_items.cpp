@@ -72,7 +72,8 @@ void removePooledRows(QQuickItem& view, QList<QQuickItem*>& children) {
 void removeUnusedItems(const QQuickItem& item, const ItemClass& itemClass, const ItemClass* parent,
                        QList<QQuickItem*>& children) {
   if (itemClass.kind == ItemKind::pathView) {
-    children.removeIf([](const QQuickItem* child) { return !AttachedProperties(*child).isOnPath; });
+    children.removeIf(
+        [](const QQuickItem* child) { return !AttachedProperties(*child).isOnPath(); });
     return;
   }
   if (parent == nullptr || item.parentItem() == nullptr) {

@@ -1,8 +1,11 @@
 #pragma once
 
-#include <QHash>
 #include <QRegion>
+#include <QSizeF>
 #include <vector>
+
+#include "platforms/qt6/quick/item_class.h"
+#include "platforms/qt6/shared/surroundings.h"
 
 class QQuickItem;
 
@@ -10,32 +13,27 @@ namespace tarnix::qt6 {
 
 /// The opaque rectangles of a scene (the ground of a page, a dialog, a drawer) and what they hide:
 /// what is painted before them and lies under them is on no picture of the window, though it says
-/// that it is visible. As the scene was when this was made. Main thread.
+/// that it is visible. Main thread.
 class SceneCovers {
  public:
-  explicit SceneCovers(QQuickItem& root);
+  explicit SceneCovers(QSizeF size);
 
-  /// What of `area` hides behind rectangles that are painted after `item`. Both in the scene's
-  /// coordinates.
-  QRegion over(const QQuickItem& item, const QRectF& area) const;
+  /// Adds `item` if it is such a rectangle. `inside` is what holds for its children; `paintOrder`
+  /// grows from item to item.
+  void note(const QQuickItem& item, const ItemClass& itemClass, const Surroundings& inside,
+            int paintOrder);
+
+  /// What of `area`, on the screen, hides behind rectangles that are painted after `paintOrder`.
+  QRegion over(int paintOrder, const QRectF& area) const;
 
  private:
   struct Cover {
     QRect area;
-    int order;
+    int paintOrder;
   };
-  /// What holds for everything below an item.
-  struct Place {
-    bool isOpaque;
-    QRectF clip;
-  };
-
-  void visit(QQuickItem& item, const Place& place, int depth);
-  void note(const QQuickItem& item, const Place& place);
 
   std::vector<Cover> covers_;
-  QHash<const QQuickItem*, int> paintOrder_;
-  double smallestCover_ = 0;
+  double smallestCover_;
 };
 
 }  // namespace tarnix::qt6

@@ -2,33 +2,42 @@
 
 #include <QPointer>
 #include <QQuickItem>
-#include <memory>
-#include <optional>
+#include <vector>
 
 #include "platforms/qt6/quick/item_description.h"
-#include "platforms/qt6/quick/scene_covers.h"
 #include "probe/platform/view.h"
 
 namespace tarnix::qt6 {
 
-/// A Quick item as a view. Main thread; answers as an empty view once the item has gone.
+class Scene;
+
+/// A Quick item as a view, as the item was when the scene was read. Owned by its scene. Main
+/// thread; answers as an empty view once the item has gone.
 class SceneItemView : public platform::View {
  public:
-  SceneItemView(QQuickItem& item, std::shared_ptr<const ItemClass> parent,
-                std::shared_ptr<const Surroundings> surroundings,
-                std::shared_ptr<const SceneCovers> covers);
+  /// What the items around make of this one. All are the scene's.
+  struct Place {
+    /// Null for the outermost item.
+    const ItemClass* parent;
+    const Surroundings* surroundings;
+    /// Null when no element is around.
+    const SpokenText* spoken;
+  };
 
-  std::string className() const override { return class_->name; }
+  SceneItemView(Scene& scene, QQuickItem& item, const ItemClass& itemClass, const Place& place,
+                int depth);
+
+  std::string className() const override { return class_.name; }
   bool isHidden() const override { return item_ == nullptr || !item_->isVisible(); }
   double alpha() const override { return item_ == nullptr ? 0 : item_->opacity(); }
   std::vector<std::shared_ptr<View>> subviews() const override;
-  bool isTextField() const override { return description().isTextField; }
-  bool isAccessibilityElement() const override;
-  std::string accessibilityLabel() const override { return description().label.toStdString(); }
-  platform::Rect accessibilityFrame() const override;
-  platform::AccessibilityTraits accessibilityTraits() const override {
-    return description().traits;
+  bool isTextField() const override { return item_ != nullptr && description_.isTextField; }
+  bool isAccessibilityElement() const override {
+    return item_ != nullptr && description_.isElement && !seenArea().isEmpty();
   }
+  std::string accessibilityLabel() const override { return description_.label.toStdString(); }
+  platform::Rect accessibilityFrame() const override;
+  platform::AccessibilityTraits accessibilityTraits() const override { return description_.traits; }
   std::optional<std::string> accessibilityValue() const override;
   std::optional<std::vector<std::shared_ptr<AccessibilityItem>>> accessibilityElements()
       const override {
@@ -39,21 +48,31 @@ class SceneItemView : public platform::View {
     return nullptr;
   }
 
- private:
-  const ItemDescription& description() const;
+  /// For the scene.
+  QQuickItem* item() const { return item_; }
+  const ItemClass& itemClass() const { return class_; }
+  const Place& place() const { return place_; }
+  const ItemDescription& description() const { return description_; }
   /// The whole of it, on the screen.
   QRectF area() const;
+  int paintOrder() const { return paintOrder_; }
+  void setPaintOrder(int order) { paintOrder_ = order; }
+  bool isExpanded() const { return isExpanded_; }
+  void setChildren(std::vector<SceneItemView*> children);
+
+ private:
   /// What can be seen of it, on the screen.
   QRectF seenArea() const;
-  std::shared_ptr<const Surroundings> surroundingsOfChildren() const;
 
+  Scene& scene_;
   QPointer<QQuickItem> item_;
-  std::shared_ptr<const ItemClass> class_;
-  std::shared_ptr<const ItemClass> parent_;
-  std::shared_ptr<const Surroundings> surroundings_;
-  std::shared_ptr<const SceneCovers> covers_;
-  // Made when it is first asked for; the item stays as it is until the loop turns.
-  mutable std::optional<ItemDescription> description_;
+  const ItemClass& class_;
+  Place place_;
+  ItemDescription description_;
+  std::vector<SceneItemView*> children_;
+  int depth_;
+  int paintOrder_ = 0;
+  bool isExpanded_ = false;
 };
 
 }  // namespace tarnix::qt6

@@ -1,6 +1,6 @@
 #include "platforms/qt6/quick/scene_window_view.h"
 
-#include "platforms/qt6/quick/scene_item_view.h"
+#include "platforms/qt6/quick/scene.h"
 #include "platforms/qt6/shared/class_name.h"
 #include "platforms/qt6/shared/frame.h"
 
@@ -13,6 +13,11 @@ std::string SceneWindowView::className() const {
   return window_ == nullptr ? std::string() : writtenClassName(*window_->metaObject());
 }
 
+bool SceneWindowView::isHidden() const {
+  // A scene inside a widget has a window without a surface, shown or not: the widget decides.
+  return window_ == nullptr || (window_->handle() != nullptr && !window_->isVisible());
+}
+
 platform::Rect SceneWindowView::accessibilityFrame() const {
   return window_ == nullptr ? platform::Rect()
                             : frameOf(QRectF(surroundings_->origin, window_->size()));
@@ -22,9 +27,7 @@ std::vector<std::shared_ptr<platform::View>> SceneWindowView::subviews() const {
   if (window_ == nullptr || window_->contentItem() == nullptr) {
     return {};
   }
-  QQuickItem& root = *window_->contentItem();
-  return {std::make_shared<SceneItemView>(root, nullptr, surroundings_,
-                                          std::make_shared<const SceneCovers>(root))};
+  return {Scene::rootView(*window_->contentItem(), window_->size(), *surroundings_)};
 }
 
 }  // namespace tarnix::qt6

@@ -15,7 +15,7 @@ class SceneWindowView : public platform::View {
   SceneWindowView(QQuickWindow& window, const Surroundings& surroundings);
 
   std::string className() const override;
-  bool isHidden() const override { return window_ == nullptr || !window_->isVisible(); }
+  bool isHidden() const override;
   double alpha() const override { return window_ == nullptr ? 0 : window_->opacity(); }
   std::vector<std::shared_ptr<View>> subviews() const override;
   bool isTextField() const override { return false; }

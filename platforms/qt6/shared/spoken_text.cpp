@@ -1,7 +1,5 @@
 #include "platforms/qt6/shared/spoken_text.h"
 
-#include <utility>
-
 namespace tarnix::qt6 {
 
 namespace {
@@ -24,16 +22,16 @@ bool containsWords(const QString& text, const QString& words) {
 
 }  // namespace
 
-SpokenText::SpokenText(QString label, QString value, std::shared_ptr<const SpokenText> outer)
-    : label_(label.simplified()), value_(value.simplified()), outer_(std::move(outer)) {}
-
 bool SpokenText::covers(const SpokenText* innermost, const QString& text) {
-  if (innermost == nullptr) {
-    return false;
+  for (const SpokenText* spoken = innermost; spoken != nullptr; spoken = spoken->outer) {
+    if (spoken->label == text || spoken->value == text) {
+      return true;
+    }
   }
-  const QString words = text.simplified();
-  for (const SpokenText* spoken = innermost; spoken != nullptr; spoken = spoken->outer_.get()) {
-    if (containsWords(spoken->label_, words) || containsWords(spoken->value_, words)) {
+  const QString words = innermost == nullptr ? QString() : text.simplified();
+  for (const SpokenText* spoken = innermost; spoken != nullptr; spoken = spoken->outer) {
+    if (containsWords(spoken->label.simplified(), words) ||
+        containsWords(spoken->value.simplified(), words)) {
       return true;
     }
   }

@@ -40,6 +40,9 @@ struct Surroundings {
   /// For the content of a scrolling container at `area`.
   Surroundings unclippedIn(const QRectF& area) const;
 
+  /// What of `area` is inside everything that clips it.
+  QRectF shownPart(const QRectF& area) const;
+
   /// Something opaque stands in front.
   void cover(const QRegion& region);
 

@@ -42,6 +42,10 @@ QWindow* containedWindow(const QWidget& container) {
 
 }  // namespace
 
+bool showsWindow(WidgetKind kind) {
+  return kind == WidgetKind::quickWidget || kind == WidgetKind::windowContainer;
+}
+
 QWindow* embeddedWindow(const QWidget& widget, WidgetKind kind) {
   switch (kind) {
     case WidgetKind::quickWidget:

@@ -61,7 +61,7 @@ WidgetKind kindOf(const QMetaObject* metaObject) {
 WidgetClass::WidgetClass(const QMetaObject& metaObject)
     : kind(kindOf(&metaObject)), name(writtenClassName(metaObject)) {}
 
-std::shared_ptr<const WidgetClass> classOf(const QWidget& widget) {
+const WidgetClass& classOf(const QWidget& widget) {
   static ClassCache<WidgetClass>& cache = *new ClassCache<WidgetClass>;
   return cache.of(widget);
 }

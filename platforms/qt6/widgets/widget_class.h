@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMetaObject>
-#include <memory>
 #include <string>
 
 class QWidget;
@@ -50,6 +49,6 @@ struct WidgetClass {
 };
 
 /// Main thread.
-std::shared_ptr<const WidgetClass> classOf(const QWidget& widget);
+const WidgetClass& classOf(const QWidget& widget);
 
 }  // namespace tarnix::qt6

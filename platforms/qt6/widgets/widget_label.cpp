@@ -128,8 +128,9 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
     case WidgetKind::statusBar:
       return static_cast<const QStatusBar&>(widget).currentMessage();
     case WidgetKind::dockWidget:
+      // The title bar shows marks of shortcuts as they are.
       return static_cast<const QDockWidget&>(widget).titleBarWidget() == nullptr
-                 ? withoutShownMnemonic(widget.windowTitle())
+                 ? widget.windowTitle()
                  : QString();
     case WidgetKind::subWindow:
       return widget.windowTitle();

@@ -50,7 +50,7 @@ double WidgetView::alpha() const {
 }
 
 bool WidgetView::isTextField() const {
-  return widget_ != nullptr && description().isElement && qt6::isTextField(*widget_, class_->kind);
+  return widget_ != nullptr && description().isElement && qt6::isTextField(*widget_, class_.kind);
 }
 
 const WidgetView::Description& WidgetView::description() const {
@@ -66,7 +66,7 @@ WidgetView::Description WidgetView::describe() const {
       surroundings_->opacity * alpha() < smallestVisibleOpacity) {
     return result;
   }
-  const WidgetKind kind = class_->kind;
+  const WidgetKind kind = class_.kind;
   const std::optional<platform::AccessibilityTraits> traits = traitsOf(*widget_, kind);
   if (!traits || (surroundings_->insideCompositeControl && kind == WidgetKind::lineEdit)) {
     return result;
@@ -103,8 +103,11 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
   if (widget_ == nullptr) {
     return result;
   }
+  if (widget_->children().isEmpty() && !showsWindow(class_.kind)) {
+    return result;
+  }
   const std::shared_ptr<const Surroundings> surroundings = surroundingsOfChildren();
-  if (QWindow* const window = embeddedWindow(*widget_, class_->kind)) {
+  if (QWindow* const window = embeddedWindow(*widget_, class_.kind)) {
     Surroundings inside = *surroundings;
     inside.origin = topLeft_;
     if (std::shared_ptr<View> view = source_.viewOf(*window, inside)) {
@@ -143,28 +146,39 @@ std::shared_ptr<const Surroundings> WidgetView::surroundingsOfChildren() const {
     *result = result->clippedTo(area);
   }
   result->opacity *= alpha();
-  result->insideCompositeControl |= isComposite(class_->kind);
+  result->insideCompositeControl |= isComposite(class_.kind);
   // What stands inside a titled group is not the group's text.
-  const bool isButton = class_->kind == WidgetKind::button || class_->kind == WidgetKind::toggle ||
-                        isComposite(class_->kind);
+  const bool isButton = class_.kind == WidgetKind::button || class_.kind == WidgetKind::toggle ||
+                        isComposite(class_.kind);
   if (isButton && description().isElement) {
-    result->spoken = std::make_shared<const SpokenText>(
-        description().label, description().value.value_or(QString()), surroundings_->spoken);
+    result->spoken = spokenInside();
   }
   return result;
+}
+
+std::shared_ptr<const SpokenText> WidgetView::spokenInside() const {
+  struct Kept {
+    SpokenText text;
+    std::shared_ptr<const SpokenText> outer;
+  };
+  const Description& own = description();
+  const std::shared_ptr<const SpokenText>& outer = surroundings_->spoken;
+  const auto kept = std::make_shared<const Kept>(
+      Kept{{own.label, own.value.value_or(QString()), outer.get()}, outer});
+  return {kept, &kept->text};
 }
 
 const PlainItems& WidgetView::parts() const {
   if (!parts_) {
     const bool isSeen = widget_ != nullptr && widget_->isVisible() &&
                         surroundings_->opacity * alpha() >= smallestVisibleOpacity;
-    parts_ = isSeen ? partsOf(*widget_, class_->kind, topLeft_, *surroundings_) : PlainItems();
+    parts_ = isSeen ? partsOf(*widget_, class_.kind, topLeft_, *surroundings_) : PlainItems();
   }
   return *parts_;
 }
 
 std::optional<std::size_t> WidgetView::accessibilityElementCount() const {
-  return hasParts(class_->kind) ? std::optional(parts().size()) : std::nullopt;
+  return hasParts(class_.kind) ? std::optional(parts().size()) : std::nullopt;
 }
 
 std::shared_ptr<platform::AccessibilityItem> WidgetView::accessibilityElement(

@@ -20,7 +20,7 @@ class WidgetView : public platform::View {
   WidgetView(QWidget& widget, QPointF topLeft, std::shared_ptr<const Surroundings> surroundings,
              std::shared_ptr<const Buddies> buddies, ViewSource& source);
 
-  std::string className() const override { return class_->name; }
+  std::string className() const override { return class_.name; }
   bool isHidden() const override { return widget_ == nullptr || !widget_->isVisible(); }
   double alpha() const override;
   std::vector<std::shared_ptr<View>> subviews() const override;
@@ -52,9 +52,10 @@ class WidgetView : public platform::View {
   Description describe() const;
   const PlainItems& parts() const;
   std::shared_ptr<const Surroundings> surroundingsOfChildren() const;
+  std::shared_ptr<const SpokenText> spokenInside() const;
 
   QPointer<QWidget> widget_;
-  std::shared_ptr<const WidgetClass> class_;
+  const WidgetClass& class_;
   QPointF topLeft_;
   std::shared_ptr<const Surroundings> surroundings_;
   std::shared_ptr<const Buddies> buddies_;

@@ -14,6 +14,11 @@ QWidget* widgetOf(const QWindow& window) {
   if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
     return nullptr;
   }
+  // Those that are on the screen are known by the number of their window.
+  if (QWidget* const widget =
+          window.handle() == nullptr ? nullptr : QWidget::find(window.winId())) {
+    return widget->isWindow() ? widget : nullptr;
+  }
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     if (widget->windowHandle() == &window) {
       return widget;

@@ -1,0 +1,87 @@
+#include "platforms/qt6/quick/scene.h"
+
+#include <QQuickItem>
+
+#include "platforms/qt6/quick/live_items.h"
+#include "platforms/qt6/quick/paint_order.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+// Far below what the stack of a thread holds, far above what people build.
+constexpr int deepest = 1'000;
+
+}  // namespace
+
+std::shared_ptr<platform::View> Scene::rootView(QQuickItem& root, QSizeF size,
+                                                const Surroundings& surroundings) {
+  const auto scene = std::make_shared<Scene>(size);
+  const Surroundings& own = scene->surroundings_.emplace_back(surroundings);
+  SceneItemView& view = scene->add(root, {nullptr, &own, own.spoken.get()}, 0);
+  return {scene, &view};
+}
+
+SceneItemView& Scene::add(QQuickItem& item, const SceneItemView::Place& place, int depth) {
+  SceneItemView& view = views_.emplace_back(*this, item, classOf(item), place, depth);
+  if (item.isVisible()) {
+    expand(view, depth);
+  }
+  return view;
+}
+
+void Scene::expand(SceneItemView& view, int depth) {
+  QQuickItem* const item = view.item();
+  if (item == nullptr || view.isExpanded() || depth > deepest) {
+    return;
+  }
+  QList<QQuickItem*> items = inPaintOrder(*item);
+  removeUnusedItems(*item, view.itemClass(), view.place().parent, items);
+  std::vector<SceneItemView*> children;
+  children.reserve(static_cast<std::size_t>(items.size()));
+  const SceneItemView::Place inside = items.isEmpty() ? view.place() : placeInside(view, *item);
+  qsizetype next = 0;
+  for (; next < items.size() && items[next]->z() < 0; ++next) {
+    children.push_back(&add(*items[next], inside, depth + 1));
+  }
+  view.setPaintOrder(nextInPaintOrder_++);
+  covers_.note(*item, view.itemClass(), *inside.surroundings, view.paintOrder());
+  for (; next < items.size(); ++next) {
+    children.push_back(&add(*items[next], inside, depth + 1));
+  }
+  view.setChildren(std::move(children));
+}
+
+SceneItemView::Place Scene::placeInside(const SceneItemView& view, const QQuickItem& item) {
+  SceneItemView::Place result = view.place();
+  result.parent = &view.itemClass();
+  const ItemDescription& own = view.description();
+  if (own.isElement) {
+    result.spoken =
+        &spoken_.emplace_back(SpokenText{own.label, own.value.value_or(QString()), result.spoken});
+  }
+  const ItemKind kind = view.itemClass().kind;
+  const bool isComposite =
+      kind == ItemKind::comboBox || kind == ItemKind::spinBox || kind == ItemKind::searchField;
+  const bool isScroller = kind == ItemKind::flickable || kind == ItemKind::itemView ||
+                          kind == ItemKind::tableView || kind == ItemKind::pathView;
+  if (!isComposite && !isScroller && !item.clip() && item.opacity() >= 1) {
+    return result;
+  }
+  Surroundings& surroundings = surroundings_.emplace_back(*result.surroundings);
+  result.surroundings = &surroundings;
+  surroundings.opacity *= item.opacity();
+  surroundings.insideCompositeControl |= isComposite;
+  const QRectF area = view.area();
+  if (kind == ItemKind::flickable) {
+    // Its content counts as a whole, unless it cannot be seen itself.
+    if (!surroundings.visiblePart(area).isEmpty()) {
+      surroundings = surroundings.unclippedIn(area);
+    }
+  } else if (isScroller || item.clip()) {
+    surroundings = surroundings.clippedTo(area);
+  }
+  return result;
+}
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QSizeF>
+#include <deque>
+#include <memory>
+
+#include "platforms/qt6/quick/item_class.h"
+#include "platforms/qt6/quick/scene_covers.h"
+#include "platforms/qt6/quick/scene_item_view.h"
+#include "platforms/qt6/shared/surroundings.h"
+
+class QQuickItem;
+
+namespace tarnix::qt6 {
+
+/// All views of a Quick scene, made in one pass over its items: thousands of items are touched once
+/// while they are at hand, and nothing is allocated for each. Views point into it and keep it. Main
+/// thread.
+class Scene : public std::enable_shared_from_this<Scene> {
+ public:
+  /// The view of `root`, the outermost item of a scene of this size.
+  static std::shared_ptr<platform::View> rootView(QQuickItem& root, QSizeF size,
+                                                  const Surroundings& surroundings);
+
+  explicit Scene(QSizeF size) : covers_(size) {}
+
+  /// Makes the views below `view`, unless they are there.
+  void expand(SceneItemView& view, int depth);
+
+  const SceneCovers& covers() const { return covers_; }
+
+ private:
+  SceneItemView& add(QQuickItem& item, const SceneItemView::Place& place, int depth);
+  SceneItemView::Place placeInside(const SceneItemView& view, const QQuickItem& item);
+
+  std::deque<SceneItemView> views_;
+  std::deque<Surroundings> surroundings_;
+  std::deque<SpokenText> spoken_;
+  SceneCovers covers_;
+  int nextInPaintOrder_ = 0;
+};
+
+}  // namespace tarnix::qt6
