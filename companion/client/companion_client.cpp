@@ -18,10 +18,14 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds firstPause = 20ms;
 constexpr std::chrono::milliseconds longestPause = 500ms;
 
-void pauseBeforeTry(int tries, Deadline deadline) {
+/// False when no time is left for another try.
+bool pauseBeforeTry(int tries, Deadline deadline) {
   const auto pause = std::min(firstPause * (1 << std::min(tries, 8)), longestPause);
-  std::this_thread::sleep_for(
-      std::min<std::chrono::steady_clock::duration>(pause, timeUntil(deadline)));
+  if (timeUntil(deadline) <= pause) {
+    return false;
+  }
+  std::this_thread::sleep_for(pause);
+  return true;
 }
 
 CompanionError notAProbe(const CompanionEndpoint& endpoint) {
@@ -83,10 +87,9 @@ Outcome<Connected> connectAgainUntil(const CompanionEndpoint& endpoint, Deadline
     if (connected || connected.error().kind != Kind::dropped) {
       return connected;
     }
-    if (tries == CompanionClient::maximumTries || isOver(deadline)) {
+    if (tries == CompanionClient::maximumTries || !pauseBeforeTry(tries - 1, deadline)) {
       return droppedAgainAndAgain(endpoint, tries);
     }
-    pauseBeforeTry(tries - 1, deadline);
   }
 }
 
@@ -170,10 +173,9 @@ Outcome<CompanionMessage> CompanionClient::request(const CompanionMessage& comma
                       "may or may not have been carried out. Look before you repeat it.",
                       endpoint_.port, rawValue(command.type))};
     }
-    if (tries == maximumTries || isOver(deadline)) {
+    if (tries == maximumTries || !pauseBeforeTry(tries - 1, deadline)) {
       return droppedAgainAndAgain(endpoint_, tries);
     }
-    pauseBeforeTry(tries - 1, deadline);
     Outcome<Connected> connected = connectAgainUntil(endpoint_, deadline);
     if (!connected) {
       return connected.error();

@@ -35,16 +35,19 @@ CompanionError unreachable(const CompanionEndpoint& endpoint, const std::error_c
                                          endpoint.host, endpoint.port, error.message())};
 }
 
+enum class WhenTimeIsOver { stopWaiting, closeSocket };
+
 }  // namespace
 
 struct CompanionLink::Implementation {
   explicit Implementation(CompanionEndpoint where)
       : endpoint(std::move(where)), readBuffer(readSize) {}
 
-  /// Runs one asynchronous operation to its end, or cancels it when the time is over. `start` gets
-  /// the completion handler. Answers with nothing when it was cancelled.
+  /// Runs one asynchronous operation until its end or the deadline. `start` gets the completion
+  /// handler. Answers with nothing when the time was over first. An operation of several steps is
+  /// ended by closing the socket: there may be no step under way that could be cancelled.
   template <class Start>
-  std::optional<std::error_code> finish(Deadline deadline, Start start) {
+  std::optional<std::error_code> finish(Deadline deadline, WhenTimeIsOver action, Start start) {
     std::optional<std::error_code> result;
     start([&result](const std::error_code& error) { result = error; });
     context.restart();
@@ -53,11 +56,16 @@ struct CompanionLink::Implementation {
       return result;
     }
     std::error_code ignored;
-    socket.cancel(ignored);
+    if (action == WhenTimeIsOver::closeSocket) {
+      socket.close(ignored);
+    } else {
+      socket.cancel(ignored);
+    }
     context.restart();
     context.run();
-    // It may have come to its end just before it was cancelled.
-    return result == std::error_code(asio::error::operation_aborted) ? std::nullopt : result;
+    // What arrived just before the waiting was ended must not be lost.
+    const bool arrived = action == WhenTimeIsOver::stopWaiting && result == std::error_code();
+    return arrived ? result : std::nullopt;
   }
 
   CompanionError dropped(const std::error_code& error) const {
@@ -93,11 +101,12 @@ Outcome<CompanionLink> CompanionLink::open(const CompanionEndpoint& endpoint, De
   if (resolveError) {
     return unreachable(endpoint, resolveError);
   }
-  const std::optional<std::error_code> error = link.finish(deadline, [&](auto done) {
-    asio::async_connect(
-        link.socket, addresses,
-        [done](const std::error_code& result, const tcp::endpoint&) mutable { done(result); });
-  });
+  const std::optional<std::error_code> error =
+      link.finish(deadline, WhenTimeIsOver::closeSocket, [&](auto done) {
+        asio::async_connect(
+            link.socket, addresses,
+            [done](const std::error_code& result, const tcp::endpoint&) mutable { done(result); });
+      });
   if (!error) {
     return CompanionError{Kind::noAnswer,
                           fmt::format("no connection to {} port {} came about in time. Check "
@@ -118,10 +127,12 @@ Failure CompanionLink::writeBody(std::string_view body, Deadline deadline) {
   if (!frame) {
     return CompanionError{Kind::notUnderstood, "the command is too large for one message."};
   }
-  const std::optional<std::error_code> error = link.finish(deadline, [&](auto done) {
-    asio::async_write(link.socket, asio::buffer(*frame),
-                      [done](const std::error_code& result, std::size_t) mutable { done(result); });
-  });
+  const std::optional<std::error_code> error =
+      link.finish(deadline, WhenTimeIsOver::closeSocket, [&](auto done) {
+        asio::async_write(
+            link.socket, asio::buffer(*frame),
+            [done](const std::error_code& result, std::size_t) mutable { done(result); });
+      });
   if (!error) {
     return CompanionError{Kind::noAnswer,
                           fmt::format("the application on port {} takes no more commands: its main "
@@ -140,14 +151,15 @@ Outcome<std::string> CompanionLink::readBody(Deadline deadline) {
       return *std::move(body);
     }
     std::size_t count = 0;
-    const std::optional<std::error_code> error = link.finish(deadline, [&](auto done) {
-      link.socket.async_read_some(
-          asio::buffer(link.readBuffer),
-          [done, &count](const std::error_code& result, std::size_t size) mutable {
-            count = size;
-            done(result);
-          });
-    });
+    const std::optional<std::error_code> error =
+        link.finish(deadline, WhenTimeIsOver::stopWaiting, [&](auto done) {
+          link.socket.async_read_some(
+              asio::buffer(link.readBuffer),
+              [done, &count](const std::error_code& result, std::size_t size) mutable {
+                count = size;
+                done(result);
+              });
+        });
     if (!error) {
       return CompanionError{Kind::noAnswer,
                             fmt::format("nothing more came from the application on port {} in "

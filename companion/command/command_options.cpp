@@ -1,6 +1,8 @@
 #include "companion/command/command_options.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
+#include <cstdlib>
 
 namespace tarnix::companion {
 
@@ -8,11 +10,17 @@ void addOutputOptions(CLI::App& command, CommandOptions& options) {
   // A day is as good as no limit, and far from what a clock can hold.
   constexpr double shortestTimeout = 0.001;
   constexpr double longestTimeout = 86'400;
+  const auto isNumber = [](const std::string& text) {
+    // No range excludes what compares with nothing.
+    return std::isnan(std::strtod(text.c_str(), nullptr)) ? "is not a number of seconds"
+                                                          : std::string();
+  };
   command.add_flag("--json", options.json, "Print JSON for programs, on one line");
   command.add_flag("--no-color", options.noColor,
                    "Never use colours (as with the variable NO_COLOR)");
   command.add_option("--timeout", options.timeoutSeconds, "How long to wait, in seconds")
       ->check(CLI::Range(shortestTimeout, longestTimeout).description(""))
+      ->check(isNumber)
       ->type_name("SECONDS")
       ->capture_default_str();
 }
