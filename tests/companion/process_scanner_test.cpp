@@ -1,11 +1,12 @@
 #include "companion/discovery/process_scanner.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+
+#include "tests/companion/temporary_folder.h"
 
 namespace tarnix::companion {
 namespace {
@@ -16,17 +17,12 @@ namespace fs = std::filesystem;
 class SampleProc {
  public:
   SampleProc() {
-    std::string name = (fs::temp_directory_path() / "tarnix-proc-XXXXXX").string();
-    folder_ = mkdtemp(name.data());
     fs::create_directories(folder_ / "self/net");
     fs::create_directories(folder_ / "self/ns");
     fs::create_symlink("net:[1]", folder_ / "self/ns/net");
   }
-  ~SampleProc() { fs::remove_all(folder_); }
-  SampleProc(const SampleProc&) = delete;
-  SampleProc& operator=(const SampleProc&) = delete;
 
-  const fs::path& folder() const { return folder_; }
+  const fs::path& folder() const { return folder_.path(); }
 
   void addProcess(int pid, int parent, const std::string& executable, bool isProbed,
                   const std::vector<int>& inodes, const std::string& network = "net:[1]") {
@@ -57,7 +53,7 @@ class SampleProc {
  private:
   static void write(const fs::path& file, const std::string& text) { std::ofstream(file) << text; }
 
-  fs::path folder_;
+  TemporaryFolder folder_;
 };
 
 constexpr const char* ipv6Loopback = "00000000000000000000000001000000";

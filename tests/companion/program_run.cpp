@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
+#include <utility>
 
 #include "tests/companion/socket_descriptor.h"
 
@@ -41,23 +43,6 @@ Channel makeTerminal(unsigned short columns) {
   }
   fcntl(ours, F_SETFD, FD_CLOEXEC);
   return {SocketDescriptor(ours), SocketDescriptor(programs)};
-}
-
-[[noreturn]] void become(const std::vector<std::string>& commandLine, const ProgramOptions& options,
-                         int output, int errors) {
-  dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
-  dup2(output, STDOUT_FILENO);
-  dup2(errors, STDERR_FILENO);
-  for (const auto& [name, value] : options.environment) {
-    setenv(name.c_str(), value.c_str(), 1);
-  }
-  std::vector<char*> arguments;
-  for (const std::string& argument : commandLine) {
-    arguments.push_back(const_cast<char*>(argument.c_str()));
-  }
-  arguments.push_back(nullptr);
-  execv(arguments[0], arguments.data());
-  _exit(127);
 }
 
 /// Reads what has come; false at the end.
@@ -97,15 +82,18 @@ ProgramResult runProgram(const std::vector<std::string>& commandLine,
                          const ProgramOptions& options) {
   Channel output = options.terminalColumns ? makeTerminal(*options.terminalColumns) : makePipe();
   Channel errors = options.terminalColumns ? Channel{} : makePipe();
-  const pid_t program = fork();
-  if (program == 0) {
-    become(commandLine, options, output.programs.get(),
-           options.terminalColumns ? output.programs.get() : errors.programs.get());
+  const int programsErrors =
+      options.terminalColumns ? output.programs.get() : errors.programs.get();
+  const pid_t program =
+      spawn(commandLine, options.environment, {-1, output.programs.get(), programsErrors});
+  ProgramResult result;
+  if (program < 0) {
+    result.errors = "not started";
+    return result;
   }
   // An end of ours kept open would keep the reader waiting.
   { const SocketDescriptor closed = std::move(output.programs); }
   { const SocketDescriptor closed = std::move(errors.programs); }
-  ProgramResult result;
   std::array<pollfd, 2> streams = {pollfd{output.ours.get(), POLLIN, 0},
                                    pollfd{errors.ours.get(), POLLIN, 0}};
   readUntilEnd(streams, result, program);

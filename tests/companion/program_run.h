@@ -1,18 +1,16 @@
 #pragma once
 
-#include <sys/types.h>
-
-#include <chrono>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include "tests/companion/spawn.h"
 
 namespace tarnix::companion {
 
 struct ProgramResult {
-  /// As wait(2) tells it.
-  int waitStatus = 0;
+  /// As wait(2) tells it; -1 when the program was not started.
+  int waitStatus = -1;
   std::string output;
   std::string errors;
 
@@ -22,7 +20,7 @@ struct ProgramResult {
 
 struct ProgramOptions {
   /// Set for the program, besides what this process has.
-  std::vector<std::pair<std::string, std::string>> environment;
+  Variables environment;
   /// Columns of the terminal that the program writes all its output to; none: it writes to pipes.
   std::optional<unsigned short> terminalColumns;
 };

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -12,6 +11,7 @@
 #include "probe/model/full_sync_payload.h"
 #include "tests/companion/program_run.h"
 #include "tests/companion/scripted_server.h"
+#include "tests/companion/temporary_folder.h"
 
 /// The real program, against a server that does as a test says.
 namespace tarnix::companion {
@@ -62,19 +62,6 @@ const auto saySync = [](ScriptedPeer& peer) {
   }
   peer.send(Type::syncFull, encodeJson(sync).value());
   peer.waitForEnd();
-};
-
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tarnix-test-XXXXXX").string();
-    path_ = mkdtemp(name.data());
-  }
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-  std::filesystem::path operator/(const char* name) const { return path_ / name; }
-
- private:
-  std::filesystem::path path_;
 };
 
 std::string contents(const std::filesystem::path& file) {
