@@ -14,7 +14,10 @@ namespace tarnix::qt6 {
 /// loop has turned once more. Nothing of it stays in the host after that.
 class QtNotificationCenter : public platform::NotificationCenter {
  public:
+  /// The one that the core is told of.
   static QtNotificationCenter& shared();
+
+  QtNotificationCenter() = default;
 
   /// Starts watching, unless the launch was noticed before. Main thread; each time an application
   /// object is made.
@@ -28,7 +31,6 @@ class QtNotificationCenter : public platform::NotificationCenter {
  private:
   class LaunchWatch;
 
-  QtNotificationCenter() = default;
   void post(std::string_view name);
 
   std::mutex mutex_;

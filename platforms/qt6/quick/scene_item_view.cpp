@@ -48,6 +48,9 @@ std::optional<std::string> SceneItemView::accessibilityValue() const {
 }
 
 std::vector<std::shared_ptr<platform::View>> SceneItemView::subviews() const {
+  if (item_ == nullptr) {
+    return {};
+  }
   if (!isExpanded_) {
     // A hidden item, which hardly anybody looks into.
     scene_.expand(const_cast<SceneItemView&>(*this), depth_);

@@ -35,7 +35,9 @@ class SceneItemView : public platform::View {
   bool isAccessibilityElement() const override {
     return item_ != nullptr && description_.isElement && !seenArea().isEmpty();
   }
-  std::string accessibilityLabel() const override { return description_.label.toStdString(); }
+  std::string accessibilityLabel() const override {
+    return item_ == nullptr ? std::string() : description_.label.toStdString();
+  }
   platform::Rect accessibilityFrame() const override;
   platform::AccessibilityTraits accessibilityTraits() const override { return description_.traits; }
   std::optional<std::string> accessibilityValue() const override;

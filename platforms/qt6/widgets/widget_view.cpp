@@ -54,7 +54,7 @@ bool WidgetView::isTextField() const {
 }
 
 const WidgetView::Description& WidgetView::description() const {
-  if (!description_) {
+  if (!description_ || widget_ == nullptr) {
     description_ = describe();
   }
   return *description_;

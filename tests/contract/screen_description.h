@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "probe/platform/geometry.h"
+
+namespace tarnix::contract {
+
+/// Something that a test puts into a window, in whatever way the world at hand does it.
+struct Thing {
+  enum class Kind { button, label, field };
+
+  Kind kind = Kind::button;
+  std::string label{};
+  platform::Rect frame{};
+  bool isHidden = false;
+  bool isDisabled = false;
+  double opacity = 1;
+  /// What stands in a field.
+  std::optional<std::string> value{};
+  /// What the fakes call it; toolkits have names of their own.
+  std::string className = "View";
+};
+
+/// One window with things in it, the later ones in front.
+struct ScreenDescription {
+  platform::Size size{400, 300};
+  std::vector<Thing> things{};
+};
+
+}  // namespace tarnix::contract
