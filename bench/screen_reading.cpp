@@ -17,7 +17,7 @@
 #include "bench/host_process.h"
 #include "companion/client/companion_client.h"
 #include "companion/discovery/process_scanner.h"
-#include "probe/commands/screen_html_response.h"
+#include "probe/model/screen_html_response.h"
 
 namespace tarnix::bench {
 namespace {

@@ -24,15 +24,18 @@ show() {
 }
 
 printf '$ tarnix run pentobi &\n'
-"$build/bin/tarnix" run pentobi &
+"$build/bin/tarnix" run pentobi 2> >(tee "$work/messages" >&2) &
 host=$!
-until "$build/bin/tarnix" sync --name pentobi --timeout 2 >/dev/null 2>&1; do
+# `tarnix run` tells the port in one line; other games that are probed stay out of this.
+port=
+while [ -z "$port" ]; do
   kill -0 "$host" || { echo 'the game has ended' >&2; exit 1; }
   sleep 0.2
+  port=$(sed -n 's/^tarnix: .* on port \([0-9]*\)$/\1/p' "$work/messages")
 done
 
 show list
-show sync --name pentobi
-show html --name pentobi -o "$out/pentobi.html"
+show sync --port "$port"
+show html --port "$port" -o "$out/pentobi.html"
 cat "$out/pentobi.html"
 printf '\n\nleft in %s: pentobi.html\n' "$out"

@@ -8,7 +8,7 @@
 #include "companion/command/host_session.h"
 #include "companion/command/standard_output.h"
 #include "companion/output/display_text.h"
-#include "probe/commands/screen_html_response.h"
+#include "probe/model/screen_html_response.h"
 
 namespace tarnix::companion {
 namespace {

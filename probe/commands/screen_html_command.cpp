@@ -6,7 +6,7 @@
 
 #include "probe/capture/probe_screen_tracker.h"
 #include "probe/commands/screen_html_renderer.h"
-#include "probe/commands/screen_html_response.h"
+#include "probe/model/screen_html_response.h"
 #include "probe/commands/send_response.h"
 #include "probe/inspect/probe_accessibility_scanner.h"
 

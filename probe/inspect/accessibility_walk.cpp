@@ -1,6 +1,7 @@
 #include "probe/inspect/accessibility_walk.h"
 
 #include <array>
+#include <cmath>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -88,7 +89,9 @@ void AccessibilityWalk::record(const AccessibilityItem& item, const View* view) 
   }
   std::string label = item.accessibilityLabel();
   const platform::Rect frame = item.accessibilityFrame();
-  if (label.empty() || !(frame.size.width > 0) || !(frame.size.height > 0)) {
+  // A platform gives finite numbers; one that breaks its word must not break the order of the list.
+  if (label.empty() || !(frame.size.width > 0) || !(frame.size.height > 0) ||
+      !std::isfinite(frame.minX()) || !std::isfinite(frame.minY())) {
     return;
   }
   const AccessibilityTraits itemTraits = item.accessibilityTraits();

@@ -157,9 +157,9 @@ bool read(JsonValue json, std::vector<T>& target) {
   if (!size) {
     return false;
   }
-  target.resize(*size);
+  // One at a time: a list of wrong elements must not cost the room for as many right ones.
   for (std::size_t index = 0; index < *size; ++index) {
-    if (!read(json.element(index), target[index])) {
+    if (!read(json.element(index), target.emplace_back())) {
       return false;
     }
   }

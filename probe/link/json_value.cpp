@@ -61,9 +61,10 @@ class DocumentBuilder {
       return document_.Double(*number);
     }
     // Out of range. What is too small is next to 0; what is too large makes the text invalid.
-    const bool isSmall = text.starts_with('0') || text.starts_with("-0") ||
-                         text.find("e-") != std::string_view::npos ||
-                         text.find("E-") != std::string_view::npos;
+    const std::size_t exponent = text.find_first_of("eE");
+    const bool isSmall = exponent == std::string_view::npos
+                             ? text.starts_with('0') || text.starts_with("-0")
+                             : text.substr(exponent + 1).starts_with('-');
     return isSmall && document_.Double(0);
   }
 

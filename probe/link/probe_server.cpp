@@ -17,24 +17,6 @@ namespace {
 
 constexpr const char* serviceType = "_tarnix._tcp";
 
-/// Runs `step` on the main thread, if there still is a server then. Steps of one thread run in the
-/// order in which they were given. No exception leaves a step: it would end the host.
-template <class Step>
-void onMain(std::weak_ptr<ProbeServer> weakServer, Step step) {
-  platform::current().mainQueue->async(
-      [weakServer = std::move(weakServer), step = std::move(step)]() mutable {
-        const std::shared_ptr<ProbeServer> server = weakServer.lock();
-        if (!server) {
-          return;
-        }
-        try {
-          step(*server);
-        } catch (...) {
-          // Out of memory, in practice: what the step was about is lost, the host is not.
-        }
-      });
-}
-
 bool passesBackPressure(CompanionMessageType type) {
   return type == CompanionMessageType::heartbeat || type == CompanionMessageType::syncFull;
 }
@@ -46,6 +28,24 @@ std::shared_ptr<ProbeServer>& sharedServer() {
 }
 
 }  // namespace
+
+template <class Step>
+void ProbeServer::onMain(std::weak_ptr<ProbeServer> weakServer, Step step) {
+  platform::current().mainQueue->async(
+      [weakServer = std::move(weakServer), step = std::move(step)]() mutable {
+        const std::shared_ptr<ProbeServer> server = weakServer.lock();
+        if (!server) {
+          return;
+        }
+        try {
+          step(*server);
+        } catch (...) {
+          // Out of memory, in practice. A companion that was served by half would wait for ever for
+          // the other half, so it is let go, and finds the server whole when it comes back.
+          server->handleConnectionLost();
+        }
+      });
+}
 
 ProbeServer& ProbeServer::shared() { return *sharedServer(); }
 
@@ -73,12 +73,15 @@ void ProbeServer::start() {
   made.listener->setStateHandler([weak = weak_from_this()](platform::ListenerState state) {
     onMain(weak, [state](ProbeServer& server) { server.handleListenerState(state); });
   });
-  made.listener->setNewConnectionHandler(
-      [weak = weak_from_this()](std::shared_ptr<platform::Connection> connection) {
-        onMain(weak, [connection = std::move(connection)](ProbeServer& server) mutable {
-          server.handleNewConnection(std::move(connection));
-        });
-      });
+  made.listener->setNewConnectionHandler([weak = weak_from_this(), waiting = waitingConnections_](
+                                             std::shared_ptr<platform::Connection> connection) {
+    waiting->add(std::move(connection));
+    onMain(weak, [](ProbeServer& server) {
+      if (std::shared_ptr<platform::Connection> next = server.waitingConnections_->take()) {
+        server.handleNewConnection(std::move(next));
+      }
+    });
+  });
   listener_ = std::move(made.listener);
   listener_->start();
 

@@ -10,6 +10,7 @@
 #include "probe/link/capture_installers.h"
 #include "probe/link/companion_connection.h"
 #include "probe/link/companion_message.h"
+#include "probe/link/waiting_connections.h"
 #include "probe/platform/main_queue.h"
 #include "probe/platform/network.h"
 
@@ -49,6 +50,11 @@ class ProbeServer : public std::enable_shared_from_this<ProbeServer> {
   void send(CompanionMessage message);
 
  private:
+  /// Runs `step` on the main thread, if there still is a server then. Steps of one thread run in
+  /// the order in which they were given. No exception leaves a step: it would end the host.
+  template <class Step>
+  static void onMain(std::weak_ptr<ProbeServer> weakServer, Step step);
+
   void handleListenerState(platform::ListenerState state);
   void handleNewConnection(std::shared_ptr<platform::Connection> connection);
   void handleConnectionState(platform::ConnectionState state);
@@ -62,6 +68,9 @@ class ProbeServer : public std::enable_shared_from_this<ProbeServer> {
   void handleConnectionLost();
 
   const std::span<const CaptureInstaller> installers_;
+  /// Shared with the network's queue, which adds to them.
+  const std::shared_ptr<WaitingConnections> waitingConnections_ =
+      std::make_shared<WaitingConnections>();
   std::unique_ptr<platform::Listener> listener_;
   std::shared_ptr<CompanionConnection> activeConnection_;
   std::unique_ptr<platform::Timer> heartbeatTimer_;

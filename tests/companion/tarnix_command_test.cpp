@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "companion/command/exit_code.h"
-#include "probe/commands/screen_html_response.h"
+#include "probe/model/screen_html_response.h"
 #include "probe/link/json_codec.h"
 #include "probe/model/full_sync_payload.h"
 #include "tests/companion/program_run.h"

@@ -1,7 +1,7 @@
 #include <optional>
 #include <string>
 
-#include "probe/commands/screen_html_response.h"
+#include "probe/model/screen_html_response.h"
 #include "probe/link/companion_message.h"
 #include "probe/model/full_sync_payload.h"
 #include "tests/fuzz/fuzz_check.h"

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <map>
 
-#include "probe/commands/screen_html_response.h"
+#include "probe/model/screen_html_response.h"
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
 #include "probe/model/full_sync_payload.h"

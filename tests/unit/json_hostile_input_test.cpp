@@ -62,6 +62,7 @@ TEST(HostileJson, IsRefusedForEachKindOfGarbage) {
                            "-",
                            "1e",
                            "1e999",
+                           "0.1e999",
                            "NaN",
                            "Infinity",
                            "+1",

@@ -1,6 +1,6 @@
 #include "probe/commands/probe_command_handler.h"
 
-#include "probe/commands/screen_html_response.h"
+#include "probe/model/screen_html_response.h"
 #include "probe/link/json_codec.h"
 #include "tests/unit/fake_world.h"
 

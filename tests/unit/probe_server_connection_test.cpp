@@ -1,7 +1,12 @@
+#include <memory>
+#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "probe/link/waiting_connections.h"
 #include "probe/model/full_sync_payload.h"
+#include "probe/platform/platform.h"
 #include "tests/unit/fake_world.h"
 
 namespace tarnix::tests {
@@ -241,6 +246,41 @@ TEST_F(ProbeServerConnection, ReplacedBeforeItWasReadyMakesWay) {
   world_.settle();
   EXPECT_TRUE(first->isCancelled);
   EXPECT_TRUE(second->isStarted);
+}
+
+TEST_F(ProbeServerConnection, WaitsInABoundedNumberForAMainThreadThatIsHeldUp) {
+  std::vector<std::shared_ptr<fakes::FakeConnection>> crowd;
+  constexpr std::size_t tooMany = WaitingConnections::capacity + 10;
+  for (std::size_t index = 0; index < tooMany; ++index) {
+    crowd.push_back(world_.network.connect());
+  }
+  world_.network.serialQueue.runReady();
+  for (std::size_t index = 0; index < tooMany; ++index) {
+    EXPECT_EQ(crowd[index]->isCancelled, index < 10) << index;
+  }
+  world_.settle();
+  EXPECT_TRUE(crowd.back()->isStarted) << "the newest wins";
+}
+
+class FailingUserDefaults : public platform::UserDefaults {
+ public:
+  std::vector<std::pair<std::string, platform::PropertyValue>> dictionaryRepresentation()
+      const override {
+    throw std::bad_alloc();
+  }
+};
+
+TEST_F(ProbeServerConnection, IsLetGoRatherThanServedByHalf) {
+  FailingUserDefaults failing;
+  const platform::Platform whole = platform::current();
+  platform::Platform broken = whole;
+  broken.userDefaults = &failing;
+  platform::setCurrent(broken);
+  const auto companion = connectCompanion();
+  EXPECT_TRUE(companion->isCancelled);
+  platform::setCurrent(whole);
+  const auto again = connectCompanion();
+  EXPECT_EQ(typesSentTo(*again), (Types{"sync.full"}));
 }
 
 TEST_F(ProbeServerConnection, EndsTogetherWithTheOneThatItReplaces) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "probe/commands/screen_html_response.h"
+#include "probe/model/screen_html_response.h"
 #include "probe/link/json_codec.h"
 #include "tests/unit/example_records.h"
 #include "tests/unit/json_edit.h"
