@@ -2,13 +2,15 @@
 
 #include <array>
 
+#include "probe/capture/probe_log_capture.h"
+
 namespace tarnix {
 namespace {
 
 constexpr std::array<CaptureInstaller, 6> installers = {{
     {"network interceptor and session hook", nullptr},
     {"screen tracker", nullptr},
-    {"log capture", nullptr},
+    {"log capture", [](const std::string&) { ProbeLogCapture::install(); }},
     {"performance monitor", nullptr},
     {"web-view console capture", nullptr},
     {"crash handler", nullptr},

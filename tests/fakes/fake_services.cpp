@@ -2,6 +2,7 @@
 
 #include "probe/platform/diagnostics.h"
 #include "probe/platform/file.h"
+#include "probe/platform/standard_error.h"
 
 namespace tarnix::fakes {
 
@@ -15,6 +16,8 @@ void FakeServices::reset() {
   lines.clear();
   standardError.clear();
   files.clear();
+  originalDescriptor = 10;
+  lastDescriptor = -1;
 }
 
 std::string FakeServices::standardErrorText() const {
@@ -30,9 +33,21 @@ std::string FakeServices::standardErrorText() const {
 
 namespace tarnix::platform {
 
-void writeStandardError(std::string_view text) {
+void writeStandardError(std::string_view text) { writeDescriptor(standardErrorDescriptor, text); }
+
+std::optional<int> divertStandardError(StandardErrorObserver observer) {
   fakes::FakeServices& services = fakes::FakeServices::shared();
   const std::lock_guard guard(services.mutex);
+  if (services.originalDescriptor) {
+    services.standardErrorObserver = observer;
+  }
+  return services.originalDescriptor;
+}
+
+void writeDescriptor(int descriptor, std::string_view text) {
+  fakes::FakeServices& services = fakes::FakeServices::shared();
+  const std::lock_guard guard(services.mutex);
+  services.lastDescriptor = descriptor;
   services.lines.push_back("stderr: " + std::string(text));
   services.standardError.emplace_back(text);
 }
