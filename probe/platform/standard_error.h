@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string_view>
 
@@ -19,5 +20,10 @@ using StandardErrorObserver = void (*)(std::string_view piece);
 /// negative when there is none, and then nothing is passed on. Nothing when the stream could not be
 /// diverted and is as it was.
 std::optional<int> divertStandardError(StandardErrorObserver observer);
+
+/// Waits until what has been written to a diverted stream so far has gone on; gives up when nothing
+/// has for `patience`. Takes no lock and allocates nothing, so that it may be called by a thread
+/// that is crashing; not by the observer. Nothing while the stream is not diverted.
+void settleStandardError(std::chrono::milliseconds patience);
 
 }  // namespace tarnix::platform

@@ -44,6 +44,8 @@ std::optional<int> divertStandardError(StandardErrorObserver observer) {
   return services.originalDescriptor;
 }
 
+void settleStandardError(std::chrono::milliseconds) {}
+
 void writeDescriptor(int descriptor, std::string_view text) {
   fakes::FakeServices& services = fakes::FakeServices::shared();
   const std::lock_guard guard(services.mutex);
