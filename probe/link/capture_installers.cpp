@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "probe/bootstrap/probe_crash_handler.h"
 #include "probe/capture/probe_log_capture.h"
 
 namespace tarnix {
@@ -13,7 +14,7 @@ constexpr std::array<CaptureInstaller, 6> installers = {{
     {"log capture", [](const std::string&) { ProbeLogCapture::install(); }},
     {"performance monitor", nullptr},
     {"web-view console capture", nullptr},
-    {"crash handler", nullptr},
+    {"crash handler", ProbeCrashHandler::install},
 }};
 
 }  // namespace

@@ -18,6 +18,8 @@ void FakeServices::reset() {
   files.clear();
   originalDescriptor = 10;
   lastDescriptor = -1;
+  exceptionHandler = nullptr;
+  signalHandlers.clear();
 }
 
 std::string FakeServices::standardErrorText() const {
@@ -34,6 +36,16 @@ std::string FakeServices::standardErrorText() const {
 namespace tarnix::platform {
 
 void writeStandardError(std::string_view text) { writeDescriptor(standardErrorDescriptor, text); }
+
+void setUncaughtExceptionHandler(UncaughtExceptionHandler handler) {
+  fakes::FakeServices::shared().exceptionHandler = handler;
+}
+
+void setSignalHandler(int number, SignalHandler handler) {
+  fakes::FakeServices::shared().signalHandlers.emplace_back(number, handler);
+}
+
+std::vector<std::string> callStackSymbols() { return fakes::FakeServices::shared().callStack; }
 
 std::optional<int> divertStandardError(StandardErrorObserver observer) {
   fakes::FakeServices& services = fakes::FakeServices::shared();

@@ -4,12 +4,15 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "probe/platform/crash.h"
 #include "probe/platform/standard_error.h"
 
-/// Stand-ins for the plain functions of probe/platform/diagnostics.h, probe/platform/file.h and
-/// probe/platform/standard_error.h: linking this library is what puts them in place.
+/// Stand-ins for the plain functions of probe/platform/crash.h, probe/platform/diagnostics.h,
+/// probe/platform/file.h and probe/platform/standard_error.h: linking this library is what puts
+/// them in place.
 namespace tarnix::fakes {
 
 struct FakeServices {
@@ -28,6 +31,10 @@ struct FakeServices {
   std::optional<int> originalDescriptor = 10;
   /// Null while standard error is not diverted.
   platform::StandardErrorObserver standardErrorObserver = nullptr;
+  platform::UncaughtExceptionHandler exceptionHandler = nullptr;
+  /// In the order in which they were set.
+  std::vector<std::pair<int, platform::SignalHandler>> signalHandlers;
+  std::vector<std::string> callStack = {"0   demo   crash + 4", "1   demo   main + 32"};
   /// What `writeDescriptor` was called with last.
   int lastDescriptor = -1;
 };

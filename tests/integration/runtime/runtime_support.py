@@ -7,7 +7,14 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "loading"))
 
-from loading_support import BUILD, PATIENCE, wait_until  # noqa: E402,F401
+from loading_support import (  # noqa: E402,F401
+    BUILD,
+    PATIENCE,
+    PRELOADED,
+    Process,
+    environment,
+    wait_until,
+)
 
 STREAM_HOST = BUILD / "tests/integration/runtime/hosts/tarnix_stream_host"
 
