@@ -17,4 +17,12 @@ bool isWhiteSpace(char32_t character) {
   return u_isUWhiteSpace(static_cast<UChar32>(character)) != 0;
 }
 
+bool isUpperCase(char32_t character) {
+  return u_hasBinaryProperty(static_cast<UChar32>(character), UCHAR_UPPERCASE) != 0;
+}
+
+bool isLowerCase(char32_t character) {
+  return u_hasBinaryProperty(static_cast<UChar32>(character), UCHAR_LOWERCASE) != 0;
+}
+
 }  // namespace tarnix::platform

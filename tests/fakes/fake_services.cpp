@@ -1,7 +1,9 @@
 #include "tests/fakes/fake_services.h"
 
+#include "probe/platform/demangle.h"
 #include "probe/platform/diagnostics.h"
 #include "probe/platform/file.h"
+#include "probe/platform/memory.h"
 #include "probe/platform/standard_error.h"
 
 namespace tarnix::fakes {
@@ -36,6 +38,16 @@ std::string FakeServices::standardErrorText() const {
 namespace tarnix::platform {
 
 void writeStandardError(std::string_view text) { writeDescriptor(standardErrorDescriptor, text); }
+
+std::optional<std::string> demangled(const std::string& mangledName) {
+  const auto& names = fakes::FakeServices::shared().demangledNames;
+  const auto found = names.find(mangledName);
+  return found == names.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::uint64_t> residentMemory() {
+  return fakes::FakeServices::shared().residentMemory;
+}
 
 void setUncaughtExceptionHandler(UncaughtExceptionHandler handler) {
   fakes::FakeServices::shared().exceptionHandler = handler;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -10,9 +11,8 @@
 #include "probe/platform/crash.h"
 #include "probe/platform/standard_error.h"
 
-/// Stand-ins for the plain functions of probe/platform/crash.h, probe/platform/diagnostics.h,
-/// probe/platform/file.h and probe/platform/standard_error.h: linking this library is what puts
-/// them in place.
+/// Stand-ins for the plain functions of probe/platform (crash, demangle, diagnostics, file, memory
+/// and standard_error): linking this library is what puts them in place.
 namespace tarnix::fakes {
 
 struct FakeServices {
@@ -35,6 +35,9 @@ struct FakeServices {
   /// In the order in which they were set.
   std::vector<std::pair<int, platform::SignalHandler>> signalHandlers;
   std::vector<std::string> callStack = {"0   demo   crash + 4", "1   demo   main + 32"};
+  std::optional<std::uint64_t> residentMemory = 0;
+  /// What the demangler knows.
+  std::map<std::string, std::string> demangledNames;
   /// What `writeDescriptor` was called with last.
   int lastDescriptor = -1;
 };

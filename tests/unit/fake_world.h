@@ -54,6 +54,7 @@ class FakeWorldTest : public testing::Test {
     fakes::FakeServices::shared().reset();
     ProbeState::shared().clear();
     ProbeScreenTracker::setLastScreenName("Unknown");
+    ProbeScreenTracker::detail::installed = true;
   }
 
   fakes::FakePlatform world_;

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 
+#include "probe/commands/perf_snapshot_response.h"
 #include "probe/commands/screen_html_response.h"
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
@@ -55,6 +56,8 @@ std::optional<std::string> payloadThroughItsRecord(const CompanionMessage& messa
       return thereAndBack<TransferableNetworkRequest>(message);
     case CompanionMessageType::eventLog:
       return thereAndBack<TransferableLogEntry>(message);
+    case CompanionMessageType::responsePerfSnapshot:
+      return thereAndBack<PerfSnapshotResponse>(message);
     case CompanionMessageType::responseScreenHTML:
       return thereAndBack<ScreenHTMLResponse>(message);
     default:
