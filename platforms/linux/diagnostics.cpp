@@ -1,11 +1,14 @@
 #include "probe/platform/diagnostics.h"
 
+#include <poll.h>
+#include <pthread.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -21,6 +24,9 @@ namespace {
 /// "Informational" in both logs; the facility is that of user processes.
 constexpr int priority = 6;
 constexpr int facility = 1;
+
+/// How long a line of ours waits for a destination that is full.
+constexpr int patienceInMilliseconds = 100;
 
 constexpr const char* journalAddress = "/run/systemd/journal/socket";
 constexpr const char* syslogAddress = "/dev/log";
@@ -72,14 +78,55 @@ bool sendDatagram(const char* address, const std::string& bytes) {
                   sizeof(target)) >= 0;
 }
 
+/// Keeps a write to a destination that nobody reads any more from ending the host: it was not the
+/// host that wrote.
+class PipeSignalGuard {
+ public:
+  PipeSignalGuard() {
+    sigemptyset(&pipeSignal_);
+    sigaddset(&pipeSignal_, SIGPIPE);
+    sigset_t pending{};
+    sigpending(&pending);
+    // One that is waiting already is the host's, and covers ours.
+    isHostsOwnPending_ = sigismember(&pending, SIGPIPE) == 1;
+    pthread_sigmask(SIG_BLOCK, &pipeSignal_, &previous_);
+  }
+  PipeSignalGuard(const PipeSignalGuard&) = delete;
+  PipeSignalGuard& operator=(const PipeSignalGuard&) = delete;
+  ~PipeSignalGuard() {
+    const timespec now{};
+    while (!isHostsOwnPending_ && sigtimedwait(&pipeSignal_, nullptr, &now) < 0 && errno == EINTR) {
+    }
+    pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
+  }
+
+ private:
+  sigset_t pipeSignal_{};
+  sigset_t previous_{};
+  bool isHostsOwnPending_ = false;
+};
+
 }  // namespace
 
-void writeStandardError(std::string_view text) {
+void writeDescriptor(int descriptor, std::string_view text) {
+  if (descriptor < 0) {
+    return;
+  }
   const int savedError = errno;
-  while (::write(STDERR_FILENO, text.data(), text.size()) < 0 && errno == EINTR) {
+  const PipeSignalGuard guard;
+  pollfd destination{.fd = descriptor, .events = POLLOUT, .revents = 0};
+  int ready = 0;
+  do {
+    ready = ::poll(&destination, 1, patienceInMilliseconds);
+  } while (ready < 0 && errno == EINTR);
+  if (ready > 0) {
+    while (::write(descriptor, text.data(), text.size()) < 0 && errno == EINTR) {
+    }
   }
   errno = savedError;
 }
+
+void writeStandardError(std::string_view text) { writeDescriptor(STDERR_FILENO, text); }
 
 void writeSystemLog(std::string_view line) {
   const int savedError = errno;

@@ -3,9 +3,11 @@
 #include "probe/platform/application.h"
 #include "probe/platform/bundle.h"
 #include "probe/platform/class_registry.h"
+#include "probe/platform/display.h"
 #include "probe/platform/main_queue.h"
 #include "probe/platform/notification_center.h"
 #include "probe/platform/user_defaults.h"
+#include "probe/platform/view_controller.h"
 
 namespace tarnix {
 
@@ -14,9 +16,12 @@ struct HostServices {
   platform::Application* application = nullptr;
   platform::Bundle* bundle = nullptr;
   platform::ClassRegistry* classRegistry = nullptr;
+  platform::Display* display = nullptr;
   platform::MainQueue* mainQueue = nullptr;
   platform::NotificationCenter* notificationCenter = nullptr;
   platform::UserDefaults* userDefaults = nullptr;
+  /// May be null.
+  platform::ViewDidAppear* viewDidAppear = nullptr;
 };
 
 /// What a toolkit module is given when it is loaded.

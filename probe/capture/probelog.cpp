@@ -4,6 +4,6 @@
 
 namespace tarnix {
 
-void probelog(std::string_view line) { platform::writeStandardError(line); }
+void probelog(std::string_view line) { platform::writeDescriptor(probelogfd, line); }
 
 }  // namespace tarnix

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 
+#include "probe/commands/perf_snapshot_command.h"
 #include "probe/commands/screen_html_command.h"
 #include "probe/model/probe_state.h"
 #include "probe/platform/main_thread.h"
@@ -37,6 +38,7 @@ constexpr Route notBuiltYet(CompanionMessageType type) {
 }
 
 void clearStore(const CompanionMessage&) { ProbeState::shared().clear(); }
+void perfSnapshot(const CompanionMessage&) { handlePerfSnapshot(); }
 void screenHTML(const CompanionMessage&) { handleScreenHTML(); }
 
 // One row for each message type, in the order of the types.
@@ -73,7 +75,7 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
     ignored(CompanionMessageType::responseScreenshot),
     handledBy(CompanionMessageType::commandScreenHTML, screenHTML),
     ignored(CompanionMessageType::responseScreenHTML),
-    notBuiltYet(CompanionMessageType::commandPerfSnapshot),
+    handledBy(CompanionMessageType::commandPerfSnapshot, perfSnapshot),
     ignored(CompanionMessageType::responsePerfSnapshot),
     notBuiltYet(CompanionMessageType::commandAccessibilityAudit),
     ignored(CompanionMessageType::responseAccessibilityAudit),

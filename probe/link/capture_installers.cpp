@@ -2,16 +2,21 @@
 
 #include <array>
 
+#include "probe/bootstrap/probe_crash_handler.h"
+#include "probe/capture/probe_log_capture.h"
+#include "probe/capture/probe_perf_monitor.h"
+#include "probe/capture/probe_screen_tracker.h"
+
 namespace tarnix {
 namespace {
 
 constexpr std::array<CaptureInstaller, 6> installers = {{
     {"network interceptor and session hook", nullptr},
-    {"screen tracker", nullptr},
-    {"log capture", nullptr},
-    {"performance monitor", nullptr},
+    {"screen tracker", [](const std::string&) { ProbeScreenTracker::install(); }},
+    {"log capture", [](const std::string&) { ProbeLogCapture::install(); }},
+    {"performance monitor", [](const std::string&) { ProbePerfMonitor::install(); }},
     {"web-view console capture", nullptr},
-    {"crash handler", nullptr},
+    {"crash handler", ProbeCrashHandler::install},
 }};
 
 }  // namespace

@@ -201,12 +201,14 @@ void ProbeServer::sendHeartbeat() {
   }
 }
 
-void ProbeServer::send(CompanionMessage message) {
+bool ProbeServer::hasRoom(CompanionMessageType type) const {
   platform::assertMainThread();
-  if (!activeConnection_ || !isConnected_) {
-    return;
-  }
-  if (pendingSendCount_ >= maxPendingSends && !passesBackPressure(message.type)) {
+  return activeConnection_ && isConnected_ &&
+         (pendingSendCount_ < maxPendingSends || passesBackPressure(type));
+}
+
+void ProbeServer::send(CompanionMessage message) {
+  if (!hasRoom(message.type)) {
     return;
   }
   ++pendingSendCount_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -45,6 +46,13 @@ class ProbeServer : public std::enable_shared_from_this<ProbeServer> {
   /// Listens, installs the captures and writes the ready marker. Nothing while a listener exists.
   void start();
 
+  /// Whether a companion is connected. Any thread; by the time the answer arrives it may be
+  /// another.
+  bool isConnected() const { return isConnected_; }
+
+  /// Whether `send` would take a message of this type now.
+  bool hasRoom(CompanionMessageType type) const;
+
   /// Hands a message to the companion. Dropped without a trace while none is connected, and when
   /// `maxPendingSends` are on their way; heartbeats and full syncs pass that bound.
   void send(CompanionMessage message);
@@ -77,7 +85,7 @@ class ProbeServer : public std::enable_shared_from_this<ProbeServer> {
   /// Messages handed to the connection whose completion has not come back.
   std::int64_t pendingSendCount_ = 0;
   /// From the connection's ready state until it is lost.
-  bool isConnected_ = false;
+  std::atomic<bool> isConnected_ = false;
 };
 
 }  // namespace tarnix

@@ -25,6 +25,8 @@ FullSyncPayload buildFullSync() {
       platform.bundle->infoValue("CFBundleShortVersionString").value_or("?");
   const std::string build = platform.bundle->infoValue("CFBundleVersion").value_or("?");
 
+  // The first companion may come before the captures are installed.
+  ProbeScreenTracker::install();
   FullSyncPayload payload;
   ProbeState& state = ProbeState::shared();
   state.refreshUserDefaults();

@@ -3,13 +3,13 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <type_traits>
 #include <utility>
 #include <variant>
 
 #include "probe/link/json_writer.h"
+#include "probe/model/iso8601.h"
 #include "probe/model/number_description.h"
 #include "probe/platform/text.h"
 
@@ -109,22 +109,6 @@ class PropertyJsonWriter {
 
   JsonWriter& writer_;
 };
-
-/// Internet date and time in UTC, whole seconds: "2026-03-01T09:30:00Z".
-std::string iso8601(PropertyValue::Date date) {
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(date);
-  const auto days = std::chrono::floor<std::chrono::days>(seconds);
-  const std::chrono::year_month_day day(days);
-  const std::chrono::hh_mm_ss time(seconds - days);
-  std::string text(sizeof "-32768-12-31T23:59:59Z", '\0');
-  const int length = std::snprintf(
-      text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(day.year()),
-      static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()),
-      static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-      static_cast<int>(time.seconds().count()));
-  text.resize(static_cast<std::size_t>(length));
-  return text;
-}
 
 UserDefaultDescription describe(const PropertyValue&, const std::string& text) {
   return {"String", shortened(text)};

@@ -5,14 +5,17 @@
 #include "probe/platform/class_registry.h"
 #include "probe/platform/clock.h"
 #include "probe/platform/device.h"
+#include "probe/platform/display.h"
 #include "probe/platform/main_queue.h"
 #include "probe/platform/network.h"
 #include "probe/platform/notification_center.h"
 #include "probe/platform/user_defaults.h"
+#include "probe/platform/view_controller.h"
 
 namespace tarnix::platform {
 
-/// Everything that the core asks of the world and that a test replaces. None is null; what is
+/// Everything that the core asks of the world and that a test replaces. None is null but for what
+/// says so; what is
 /// pointed at lives as long as the process (in a test, as long as the test).
 struct Platform {
   Application* application = nullptr;
@@ -20,10 +23,13 @@ struct Platform {
   ClassRegistry* classRegistry = nullptr;
   Clock* clock = nullptr;
   Device* device = nullptr;
+  Display* display = nullptr;
   MainQueue* mainQueue = nullptr;
   Network* network = nullptr;
   NotificationCenter* notificationCenter = nullptr;
   UserDefaults* userDefaults = nullptr;
+  /// The exception: null on a host whose screens cannot be told.
+  ViewDidAppear* viewDidAppear = nullptr;
 };
 
 namespace detail {

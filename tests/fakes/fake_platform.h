@@ -6,6 +6,7 @@
 #include "tests/fakes/fake_class_registry.h"
 #include "tests/fakes/fake_clock.h"
 #include "tests/fakes/fake_device.h"
+#include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_main_queue.h"
 #include "tests/fakes/fake_network.h"
 #include "tests/fakes/fake_notification_center.h"
@@ -22,10 +23,12 @@ class FakePlatform {
                           .classRegistry = &classRegistry,
                           .clock = &clock,
                           .device = &device,
+                          .display = &display,
                           .mainQueue = &mainQueue,
                           .network = &network,
                           .notificationCenter = &notificationCenter,
-                          .userDefaults = &userDefaults});
+                          .userDefaults = &userDefaults,
+                          .viewDidAppear = &viewDidAppear});
   }
   FakePlatform(const FakePlatform&) = delete;
   FakePlatform& operator=(const FakePlatform&) = delete;
@@ -52,10 +55,12 @@ class FakePlatform {
   FakeClassRegistry classRegistry;
   FakeClock clock;
   FakeDevice device;
+  FakeDisplay display;
   FakeMainQueue mainQueue;
   FakeNetwork network;
   FakeNotificationCenter notificationCenter{mainQueue};
   FakeUserDefaults userDefaults;
+  platform::ViewDidAppear viewDidAppear{[](platform::ViewController&, bool) {}};
 };
 
 }  // namespace tarnix::fakes

@@ -1,7 +1,10 @@
 #include "tests/fakes/fake_services.h"
 
+#include "probe/platform/demangle.h"
 #include "probe/platform/diagnostics.h"
 #include "probe/platform/file.h"
+#include "probe/platform/memory.h"
+#include "probe/platform/standard_error.h"
 
 namespace tarnix::fakes {
 
@@ -15,6 +18,10 @@ void FakeServices::reset() {
   lines.clear();
   standardError.clear();
   files.clear();
+  originalDescriptor = 10;
+  lastDescriptor = -1;
+  exceptionHandler = nullptr;
+  signalHandlers.clear();
 }
 
 std::string FakeServices::standardErrorText() const {
@@ -30,9 +37,43 @@ std::string FakeServices::standardErrorText() const {
 
 namespace tarnix::platform {
 
-void writeStandardError(std::string_view text) {
+void writeStandardError(std::string_view text) { writeDescriptor(standardErrorDescriptor, text); }
+
+std::optional<std::string> demangled(const std::string& mangledName) {
+  const auto& names = fakes::FakeServices::shared().demangledNames;
+  const auto found = names.find(mangledName);
+  return found == names.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::uint64_t> residentMemory() {
+  return fakes::FakeServices::shared().residentMemory;
+}
+
+void setUncaughtExceptionHandler(UncaughtExceptionHandler handler) {
+  fakes::FakeServices::shared().exceptionHandler = handler;
+}
+
+void setSignalHandler(int number, SignalHandler handler) {
+  fakes::FakeServices::shared().signalHandlers.emplace_back(number, handler);
+}
+
+std::vector<std::string> callStackSymbols() { return fakes::FakeServices::shared().callStack; }
+
+std::optional<int> divertStandardError(StandardErrorObserver observer) {
   fakes::FakeServices& services = fakes::FakeServices::shared();
   const std::lock_guard guard(services.mutex);
+  if (services.originalDescriptor) {
+    services.standardErrorObserver = observer;
+  }
+  return services.originalDescriptor;
+}
+
+void settleStandardError(std::chrono::milliseconds) {}
+
+void writeDescriptor(int descriptor, std::string_view text) {
+  fakes::FakeServices& services = fakes::FakeServices::shared();
+  const std::lock_guard guard(services.mutex);
+  services.lastDescriptor = descriptor;
   services.lines.push_back("stderr: " + std::string(text));
   services.standardError.emplace_back(text);
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -53,12 +54,13 @@ class FakeWorldTest : public testing::Test {
     fakes::FakeServices::shared().reset();
     ProbeState::shared().clear();
     ProbeScreenTracker::setLastScreenName("Unknown");
+    ProbeScreenTracker::detail::installed = true;
   }
 
   fakes::FakePlatform world_;
 };
 
-/// And a server in it, which is the one of the process.
+/// And a server in it, which is the one of the process. It installs no captures.
 class ServerTest : public FakeWorldTest {
  protected:
   ServerTest() { ProbeServer::setShared(server_); }
@@ -89,7 +91,8 @@ class ServerTest : public FakeWorldTest {
   std::string standardError() const { return fakes::FakeServices::shared().standardErrorText(); }
   void forgetLines() { fakes::FakeServices::shared().reset(); }
 
-  std::shared_ptr<ProbeServer> server_ = std::make_shared<ProbeServer>();
+  std::shared_ptr<ProbeServer> server_ =
+      std::make_shared<ProbeServer>(std::span<const CaptureInstaller>());
 };
 
 }  // namespace tarnix::tests

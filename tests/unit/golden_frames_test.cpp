@@ -5,6 +5,7 @@
 #include <map>
 
 #include "probe/model/screen_html_response.h"
+#include "probe/model/perf_snapshot_response.h"
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
 #include "probe/model/full_sync_payload.h"
@@ -55,6 +56,8 @@ std::optional<std::string> payloadThroughItsRecord(const CompanionMessage& messa
       return thereAndBack<TransferableNetworkRequest>(message);
     case CompanionMessageType::eventLog:
       return thereAndBack<TransferableLogEntry>(message);
+    case CompanionMessageType::responsePerfSnapshot:
+      return thereAndBack<PerfSnapshotResponse>(message);
     case CompanionMessageType::responseScreenHTML:
       return thereAndBack<ScreenHTMLResponse>(message);
     default:

@@ -160,7 +160,7 @@ TEST_F(ProbeServerStart, KeepsItsCompanionWhenTheListenerFails) {
 }
 
 TEST_F(ProbeServerStart, GoesWithoutATraceWhileEventsAreOnTheirWay) {
-  auto server = std::make_shared<ProbeServer>();
+  auto server = std::make_shared<ProbeServer>(std::span<const CaptureInstaller>());
   server->start();
   world_.network.listenerBecomes(ListenerState::failed);
   world_.network.connect();

@@ -51,10 +51,12 @@ const CoreEntryPoints* loadCore() {
   platform.classRegistry = services->classRegistry;
   platform.clock = &SystemClock::shared();
   platform.device = &LocalDevice::shared();
+  platform.display = services->display;
   platform.mainQueue = services->mainQueue;
   platform.network = &LoopbackNetwork::shared();
   platform.notificationCenter = services->notificationCenter;
   platform.userDefaults = services->userDefaults;
+  platform.viewDidAppear = services->viewDidAppear;
   platform::setCurrent(platform);
   static constexpr CoreEntryPoints entryPoints{tarnixprobe_bootstrap, TarnixProbeBootstrap};
   return &entryPoints;

@@ -6,6 +6,7 @@
 
 #include "platforms/linux/core_module/core_entry.h"
 #include "platforms/linux/preload/host_check.h"
+#include "platforms/linux/preload/host_state.h"
 #include "platforms/linux/preload/own_entry.h"
 
 /// What is loaded into every process below the one that was given the probe, shells and all. So it
@@ -63,6 +64,8 @@ const CoreEntryPoints* loadCore(char (&ownPath)[PATH_MAX]) {
 }
 
 }  // namespace
+
+bool isInHost() { return core != nullptr; }
 
 }  // namespace tarnix::linux_platform
 

@@ -3,6 +3,7 @@
 #include "platforms/qt6/base/qt_application.h"
 #include "platforms/qt6/base/qt_bundle.h"
 #include "platforms/qt6/base/qt_class_registry.h"
+#include "platforms/qt6/base/qt_display.h"
 #include "platforms/qt6/base/qt_main_queue.h"
 #include "platforms/qt6/base/qt_notification_center.h"
 #include "platforms/qt6/base/qt_user_defaults.h"
@@ -27,19 +28,21 @@ class _TarnixProbeLoader {
 }  // namespace
 
 const HostServices& installHostServices(const HostModuleContext* context) {
-  static const HostServices& services =
-      *new HostServices{&QtApplication::shared(),        &QtBundle::shared(),
-                        &QtClassRegistry::shared(),      &QtMainQueue::shared(),
-                        &QtNotificationCenter::shared(), &QtUserDefaults::shared()};
+  static const HostServices& services = *new HostServices{
+      &QtApplication::shared(), &QtBundle::shared(),    &QtClassRegistry::shared(),
+      &QtDisplay::shared(),     &QtMainQueue::shared(), &QtNotificationCenter::shared(),
+      &QtUserDefaults::shared()};
   start_up_hook::install(
       [context = context == nullptr ? HostModuleContext() : *context] {
         QtMainQueue::shared().start();
+        QtDisplay::shared().start();
         WindowOrder::shared().start();
         _TarnixProbeLoader::load(context);
         QtNotificationCenter::shared().start();
       },
       [] {
         QtNotificationCenter::shared().stop();
+        QtDisplay::shared().stop();
         QtMainQueue::shared().stop();
       });
   return services;

@@ -6,7 +6,8 @@ import unittest
 from loading_support import *
 
 EXPORTS = {
-    "libtarnixprobe.so": {"tarnixprobe_bootstrap", "TarnixProbeBootstrap"},
+    # The third one gives threads a stack on which their crash can be reported.
+    "libtarnixprobe.so": {"tarnixprobe_bootstrap", "TarnixProbeBootstrap", "pthread_create"},
     "libtarnixprobe-core.so": {"tarnixprobe_core"},
     "libtarnixprobe-dnssd.so": {"tarnixprobe_advertise"},
     # The second one keeps the host's sequence of random numbers its own.

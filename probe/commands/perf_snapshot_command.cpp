@@ -1,0 +1,21 @@
+#include "probe/commands/perf_snapshot_command.h"
+
+#include "probe/capture/probe_perf_monitor.h"
+#include "probe/capture/probe_screen_tracker.h"
+#include "probe/model/perf_snapshot_response.h"
+#include "probe/commands/send_response.h"
+
+namespace tarnix::ProbeCommandHandler {
+
+void handlePerfSnapshot() {
+  // Overlay effect goes here, before the work: a data pulse that says "perf".
+  const ProbePerfMonitor::Snapshot snapshot = ProbePerfMonitor::snapshot();
+  sendResponse(CompanionMessageType::responsePerfSnapshot,
+               PerfSnapshotResponse{.fps = snapshot.fps,
+                                    .memoryMB = snapshot.memoryMB,
+                                    .avgFPS = snapshot.avgFPS,
+                                    .peakMemoryMB = snapshot.peakMemoryMB,
+                                    .screen = ProbeScreenTracker::lastScreenName()});
+}
+
+}  // namespace tarnix::ProbeCommandHandler

@@ -1,0 +1,194 @@
+#!/usr/bin/env python3
+"""What an application leaves behind that comes to a bad end, and that it comes to the same end."""
+
+import json
+import os
+import pathlib
+import re
+import signal
+import unittest
+
+from runtime_support import BUILD, PRELOADED, Process, environment, main, wait_until
+
+CRASH_HOST = BUILD / "bin/tarnix_crash_host"
+
+# Signals whose cause stays: the handler leaves the thread where it was, so the host goes on crashing
+# at the same instruction until somebody ends it.
+PERSISTENT = {"segv": "SIGSEGV", "fpe": "SIGFPE", "ill": "SIGILL", "bus": "SIGBUS"}
+
+
+class Crash(unittest.TestCase):
+    counter = 0
+
+    def setUp(self):
+        Crash.counter += 1
+        self.identifier = f"org.tarnix.crash{os.getpid()}.n{Crash.counter}"
+        self.path = pathlib.Path(f"/tmp/tarnix_crash_{self.identifier.replace('.', '_')}.json")
+        self.addCleanup(lambda: self.path.unlink(missing_ok=True))
+
+    def start(self, *words, preload=PRELOADED):
+        process = Process([CRASH_HOST, self.identifier, *words], env=environment(preload))
+        self.addCleanup(process.__exit__)
+        if preload is not None:
+            self.assertIsNotNone(process.wait_for_error_line("Crash handler installed for"))
+        process._process.stdin.write("go\n")
+        process._process.stdin.flush()
+        return process
+
+    def report(self):
+        self.assertTrue(wait_until(self.path.exists), "there is no report")
+        return json.loads(self.path.read_text(encoding="utf-8"))
+
+    def end_without_the_probe(self, *words):
+        process = self.start(*words, preload=None)
+        code = process.wait()
+        for reader in process._readers:
+            reader.join(5)
+        return code, [line for line in process.error_lines if "QStandardPaths" not in line]
+
+    def end_with_the_probe(self, *words):
+        process = self.start(*words)
+        code = process.wait()
+        for reader in process._readers:
+            reader.join(5)
+        return code, [
+            line
+            for line in process.error_lines
+            if "[TarnixProbe]" not in line and "QStandardPaths" not in line
+        ]
+
+    def check_persistent(self, name, function, *words):
+        process = self.start(*words)
+        report = self.report()
+        self.assertEqual(report["type"], "Signal")
+        self.assertEqual(report["name"], name)
+        self.assertEqual(report["reason"], f"Process received {name}")
+        self.assertEqual(report["bundleId"], self.identifier)
+        self.assertIn(function, report["stack"][0])
+        first = self.path.stat().st_ino
+        self.assertTrue(
+            wait_until(lambda: self.path.exists() and self.path.stat().st_ino != first),
+            "the report is not written again",
+        )
+        self.assertEqual(json.loads(self.path.read_text())["name"], name)
+        self.assertIsNone(process.poll())
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.wait(), -signal.SIGTERM)
+        return report
+
+    def check_exception(self, name, reason, *words):
+        expected = self.end_without_the_probe(*words)
+        self.assertEqual(expected[0], -signal.SIGABRT)
+        self.assertEqual(self.end_with_the_probe(*words), expected)
+        report = self.report()
+        self.assertEqual(report["type"], "NSException")
+        self.assertEqual(report["name"], name)
+        self.assertEqual(report["reason"], reason)
+        return report
+
+
+class Signals(Crash):
+    def test_each_of_the_faults(self):
+        functions = {
+            "segv": "writeNowhere",
+            "fpe": "divideByZero",
+            "ill": "executeNonsense",
+            "bus": "readBeyondTheFile",
+        }
+        for end, name in PERSISTENT.items():
+            with self.subTest(end):
+                self.setUp()
+                report = self.check_persistent(name, functions[end], end)
+                self.assertRegex(report["stack"][0], r"crash_host\.cpp:\d+")
+                self.assertTrue(any(" main " in frame or " main + " in frame for frame in report["stack"]))
+
+    def test_in_other_threads_and_in_a_slot(self):
+        for place in ("slot", "thread", "qthread"):
+            with self.subTest(place):
+                self.setUp()
+                self.check_persistent("SIGSEGV", "writeNowhere", "segv", place)
+
+    def test_a_stack_that_overflows(self):
+        for place in ("main", "thread", "qthread"):
+            with self.subTest(place):
+                self.setUp()
+                report = self.check_persistent("SIGSEGV", "overflow(int)", "overflow", place)
+                self.assertTrue(all("overflow(int)" in frame for frame in report["stack"][1:100]))
+
+    def test_in_a_destructor_at_exit(self):
+        report = self.check_persistent("SIGSEGV", "writeNowhere", "segv", "exit")
+        self.assertTrue(any("~EndsBadly" in frame for frame in report["stack"]))
+
+    def test_an_abort_ends_the_host_as_before(self):
+        for words in (("abort",), ("abort", "thread"), ("abort", "exit"), ("terminate",)):
+            with self.subTest(words):
+                self.setUp()
+                expected = self.end_without_the_probe(*words)
+                self.assertEqual(expected[0], -signal.SIGABRT)
+                self.assertEqual(self.end_with_the_probe(*words), expected)
+                report = self.report()
+                self.assertEqual(report["type"], "Signal")
+                self.assertEqual(report["name"], "SIGABRT")
+
+    def test_an_abort_of_the_allocator(self):
+        expected = self.end_without_the_probe("heap", "thread")
+        self.assertEqual(expected[0], -signal.SIGABRT)
+        self.assertEqual(self.end_with_the_probe("heap", "thread"), expected)
+        self.assertTrue(any("corruptTheHeap" in frame for frame in self.report()["stack"]))
+
+    def test_a_signal_without_a_cause_leaves_the_host_alive(self):
+        process = self.start("raise")
+        self.assertIsNotNone(process.wait_for_line("alive"))
+        self.assertEqual(process.wait(), 0)
+        self.assertEqual(self.report()["name"], "SIGFPE")
+
+    def test_a_forked_child_ends_as_before_and_leaves_nothing(self):
+        for end, number in (("segv", signal.SIGSEGV), ("abort", signal.SIGABRT)):
+            with self.subTest(end):
+                self.setUp()
+                self.assertEqual(self.end_with_the_probe(end, "child")[0], number)
+                self.assertFalse(self.path.exists())
+
+
+class Exceptions(Crash):
+    def test_type_and_reason(self):
+        report = self.check_exception("shop::PaymentRefused", "card expired", "exception")
+        self.assertTrue(any("refusePayment" in frame for frame in report["stack"]))
+        self.assertEqual(report["screen"], "Unknown")
+        self.assertEqual(report["lastRequest"], "none")
+        self.assertRegex(report["timestamp"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ$")
+        self.assertEqual(
+            list(report),
+            ["type", "name", "reason", "stack", "screen", "lastRequest", "bundleId", "timestamp"],
+        )
+
+    def test_exceptions_without_words(self):
+        self.check_exception("shop::EmptyBasket", "Unknown", "empty")
+        self.check_exception("char const*", "just text", "text")
+
+    def test_in_other_places(self):
+        for words in (
+            ("exception", "slot"),
+            ("exception", "thread"),
+            ("exception", "qthread"),
+            ("exception", "exit"),
+            ("noexcept",),
+        ):
+            with self.subTest(words):
+                self.setUp()
+                self.check_exception("shop::PaymentRefused", "card expired", *words)
+
+
+class Reports(Crash):
+    def test_is_written_for_people_and_replaces_what_stands_there(self):
+        self.path.symlink_to("/tmp/tarnix_crash_victim")
+        self.end_with_the_probe("abort")
+        self.report()
+        self.assertFalse(self.path.is_symlink())
+        self.assertFalse(os.path.lexists("/tmp/tarnix_crash_victim"))
+        self.assertTrue(self.path.read_text().startswith('{\n  "type": "Signal",\n'))
+        self.assertEqual(re.findall(r"\.json\..*", " ".join(os.listdir("/tmp"))), [])
+
+
+if __name__ == "__main__":
+    main()
