@@ -5,17 +5,21 @@
 #include "probe/platform/class_registry.h"
 #include "probe/platform/main_queue.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 
 namespace tarnix {
 
-/// What a toolkit brings to `platform::Platform`. None is null; all live as long as the process.
+/// What a toolkit brings to `platform::Platform`. None is null but where said so; all live as long
+/// as the process.
 struct HostServices {
   platform::Application* application = nullptr;
   platform::Bundle* bundle = nullptr;
   platform::ClassRegistry* classRegistry = nullptr;
   platform::MainQueue* mainQueue = nullptr;
   platform::NotificationCenter* notificationCenter = nullptr;
+  /// Null in a host that cannot open URLs.
+  platform::UrlOpener* urlOpener = nullptr;
   platform::UserDefaults* userDefaults = nullptr;
 };
 

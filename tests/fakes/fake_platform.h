@@ -9,6 +9,7 @@
 #include "tests/fakes/fake_main_queue.h"
 #include "tests/fakes/fake_network.h"
 #include "tests/fakes/fake_notification_center.h"
+#include "tests/fakes/fake_url_opener.h"
 #include "tests/fakes/fake_user_defaults.h"
 
 namespace tarnix::fakes {
@@ -25,6 +26,7 @@ class FakePlatform {
                           .mainQueue = &mainQueue,
                           .network = &network,
                           .notificationCenter = &notificationCenter,
+                          .urlOpener = &urlOpener,
                           .userDefaults = &userDefaults});
   }
   FakePlatform(const FakePlatform&) = delete;
@@ -55,6 +57,7 @@ class FakePlatform {
   FakeMainQueue mainQueue;
   FakeNetwork network;
   FakeNotificationCenter notificationCenter{mainQueue};
+  FakeUrlOpener urlOpener;
   FakeUserDefaults userDefaults;
 };
 

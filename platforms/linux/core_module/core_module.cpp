@@ -54,6 +54,7 @@ const CoreEntryPoints* loadCore() {
   platform.mainQueue = services->mainQueue;
   platform.network = &LoopbackNetwork::shared();
   platform.notificationCenter = services->notificationCenter;
+  platform.urlOpener = services->urlOpener;
   platform.userDefaults = services->userDefaults;
   platform::setCurrent(platform);
   static constexpr CoreEntryPoints entryPoints{tarnixprobe_bootstrap, TarnixProbeBootstrap};
