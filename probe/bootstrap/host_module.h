@@ -5,6 +5,7 @@
 #include "probe/platform/class_registry.h"
 #include "probe/platform/main_queue.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/url_loading.h"
 #include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 
@@ -18,9 +19,11 @@ struct HostServices {
   platform::ClassRegistry* classRegistry = nullptr;
   platform::MainQueue* mainQueue = nullptr;
   platform::NotificationCenter* notificationCenter = nullptr;
+  platform::UserDefaults* userDefaults = nullptr;
+  /// Null in a host that loads no URLs.
+  platform::UrlLoading* urlLoading = nullptr;
   /// Null in a host that cannot open URLs.
   platform::UrlOpener* urlOpener = nullptr;
-  platform::UserDefaults* userDefaults = nullptr;
 };
 
 /// What a toolkit module is given when it is loaded.

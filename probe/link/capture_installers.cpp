@@ -2,11 +2,14 @@
 
 #include <array>
 
+#include "probe/network/probe_network_interceptor.h"
+
 namespace tarnix {
 namespace {
 
 constexpr std::array<CaptureInstaller, 6> installers = {{
-    {"network interceptor and session hook", nullptr},
+    {"network interceptor and session hook",
+     [](const std::string&) { ProbeNetworkInterceptor::install(); }},
     {"screen tracker", nullptr},
     {"log capture", nullptr},
     {"performance monitor", nullptr},

@@ -8,6 +8,7 @@
 #include "probe/platform/main_queue.h"
 #include "probe/platform/network.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/url_loading.h"
 #include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 
@@ -24,6 +25,8 @@ struct Platform {
   MainQueue* mainQueue = nullptr;
   Network* network = nullptr;
   NotificationCenter* notificationCenter = nullptr;
+  /// Null in a host that loads no URLs.
+  UrlLoading* urlLoading = nullptr;
   /// Null in a host that cannot open URLs.
   UrlOpener* urlOpener = nullptr;
   UserDefaults* userDefaults = nullptr;

@@ -9,6 +9,7 @@
 #include "tests/fakes/fake_main_queue.h"
 #include "tests/fakes/fake_network.h"
 #include "tests/fakes/fake_notification_center.h"
+#include "tests/fakes/fake_url_loading.h"
 #include "tests/fakes/fake_url_opener.h"
 #include "tests/fakes/fake_user_defaults.h"
 
@@ -26,6 +27,7 @@ class FakePlatform {
                           .mainQueue = &mainQueue,
                           .network = &network,
                           .notificationCenter = &notificationCenter,
+                          .urlLoading = &urlLoading,
                           .urlOpener = &urlOpener,
                           .userDefaults = &userDefaults});
   }
@@ -57,6 +59,7 @@ class FakePlatform {
   FakeMainQueue mainQueue;
   FakeNetwork network;
   FakeNotificationCenter notificationCenter{mainQueue};
+  FakeUrlLoading urlLoading;
   FakeUrlOpener urlOpener;
   FakeUserDefaults userDefaults;
 };

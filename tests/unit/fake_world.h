@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -89,7 +90,9 @@ class ServerTest : public FakeWorldTest {
   std::string standardError() const { return fakes::FakeServices::shared().standardErrorText(); }
   void forgetLines() { fakes::FakeServices::shared().reset(); }
 
-  std::shared_ptr<ProbeServer> server_ = std::make_shared<ProbeServer>();
+  // Without captures, which have tests of their own and lines of their own.
+  std::shared_ptr<ProbeServer> server_ =
+      std::make_shared<ProbeServer>(std::span<const CaptureInstaller>());
 };
 
 }  // namespace tarnix::tests

@@ -54,6 +54,7 @@ const CoreEntryPoints* loadCore() {
   platform.mainQueue = services->mainQueue;
   platform.network = &LoopbackNetwork::shared();
   platform.notificationCenter = services->notificationCenter;
+  platform.urlLoading = services->urlLoading;
   platform.urlOpener = services->urlOpener;
   platform.userDefaults = services->userDefaults;
   platform::setCurrent(platform);

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <utility>
+
+namespace tarnix::platform {
+
+template <class Signature>
+class ExchangeableMethod;
+
+/// A method of the host's platform whose implementation can be read and replaced while it is in
+/// use. Any thread; a call that has begun ends in the implementation that it began with.
+template <class Result, class... Arguments>
+class ExchangeableMethod<Result(Arguments...)> {
+ public:
+  using Implementation = std::function<Result(Arguments...)>;
+
+  explicit ExchangeableMethod(Implementation implementation)
+      : implementation_(std::move(implementation)) {}
+
+  ExchangeableMethod(const ExchangeableMethod&) = delete;
+  ExchangeableMethod& operator=(const ExchangeableMethod&) = delete;
+
+  Result operator()(Arguments... arguments) const {
+    return implementation()(std::forward<Arguments>(arguments)...);
+  }
+
+  Implementation implementation() const {
+    const std::lock_guard guard(lock_);
+    return implementation_;
+  }
+
+  void setImplementation(Implementation implementation) {
+    const std::lock_guard guard(lock_);
+    implementation_.swap(implementation);
+  }
+
+  /// Each takes the other's implementation. Exchanges of the same methods are made one at a time.
+  static void exchangeImplementations(ExchangeableMethod& one, ExchangeableMethod& other) {
+    Implementation ofOne = one.implementation();
+    one.setImplementation(other.implementation());
+    other.setImplementation(std::move(ofOne));
+  }
+
+ private:
+  mutable std::mutex lock_;
+  Implementation implementation_;
+};
+
+}  // namespace tarnix::platform
