@@ -1,5 +1,6 @@
 #pragma once
 
+#include "probe/bootstrap/interposed_calls.h"
 #include "probe/platform/application.h"
 #include "probe/platform/bundle.h"
 #include "probe/platform/class_registry.h"
@@ -26,11 +27,14 @@ struct HostServices {
   platform::UrlOpener* urlOpener = nullptr;
 };
 
-/// What a toolkit module is given when it is loaded.
+/// What a toolkit module is given when it is loaded; it takes a copy.
 struct HostModuleContext {
   /// The second way into the probe: called by the module's load hook, on the main thread, with the
   /// reason "ObjC +load". Finds the work done wherever the static initialiser ran before.
   void (*bootstrap)(const char* reason) = nullptr;
+  /// Where the module may put functions of its own in front of the toolkit's. Null where no library
+  /// was loaded first. Lives as long as the process.
+  InterposedCalls* interposedCalls = nullptr;
 };
 
 /// The one symbol that a toolkit module exports, as "tarnixprobe_host_module". A module is loaded
