@@ -125,14 +125,52 @@ std::string wellFormed(std::string_view text) {
   return result;
 }
 
-std::string lowercasedAscii(std::string_view text) {
+char lowercasedAscii(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                              : character;
+}
+
+char uppercasedAscii(char character) {
+  return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
+                                              : character;
+}
+
+/// One direction of case mapping: what ICU offers for it, and what serves for ASCII.
+struct CaseMapping {
+  std::int32_t (*map)(const UCaseMap*, char*, std::int32_t, const char*, std::int32_t, UErrorCode*);
+  char (*mapAscii)(char);
+};
+
+std::string mappedAscii(std::string_view text, const CaseMapping& mapping) {
   std::string result(text);
-  for (char& character : result) {
-    if (character >= 'A' && character <= 'Z') {
-      character = static_cast<char>(character - 'A' + 'a');
-    }
-  }
+  std::transform(result.begin(), result.end(), result.begin(), mapping.mapAscii);
   return result;
+}
+
+std::string mapped(std::string_view text, const CaseMapping& mapping) {
+  if (std::all_of(text.begin(), text.end(), isAscii) || rootCaseMap() == nullptr ||
+      text.size() > maximumPieceSize) {
+    return mappedAscii(text, mapping);
+  }
+  const std::string source = wellFormed(text);
+  std::string result(source.size() + 16, '\0');
+  // Some characters grow in the other case: the second turn has the size that the first needed.
+  for (int turn = 0; turn < 2; ++turn) {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::int32_t size =
+        mapping.map(rootCaseMap(), result.data(), static_cast<std::int32_t>(result.size()),
+                    source.data(), static_cast<std::int32_t>(source.size()), &error);
+    if (error == U_BUFFER_OVERFLOW_ERROR) {
+      result.resize(static_cast<std::size_t>(size));
+      continue;
+    }
+    if (U_FAILURE(error)) {
+      break;
+    }
+    result.resize(static_cast<std::size_t>(size));
+    return result;
+  }
+  return mappedAscii(source, mapping);
 }
 
 }  // namespace
@@ -147,29 +185,11 @@ std::string_view firstCharacters(std::string_view text, std::size_t count) {
 }
 
 std::string lowercased(std::string_view text) {
-  if (std::all_of(text.begin(), text.end(), isAscii) || rootCaseMap() == nullptr ||
-      text.size() > maximumPieceSize) {
-    return lowercasedAscii(text);
-  }
-  const std::string source = wellFormed(text);
-  std::string result(source.size() + 16, '\0');
-  // Some characters grow in lower case: the second turn has the size that the first one needed.
-  for (int turn = 0; turn < 2; ++turn) {
-    UErrorCode error = U_ZERO_ERROR;
-    const std::int32_t size =
-        ucasemap_utf8ToLower(rootCaseMap(), result.data(), static_cast<std::int32_t>(result.size()),
-                             source.data(), static_cast<std::int32_t>(source.size()), &error);
-    if (error == U_BUFFER_OVERFLOW_ERROR) {
-      result.resize(static_cast<std::size_t>(size));
-      continue;
-    }
-    if (U_FAILURE(error)) {
-      break;
-    }
-    result.resize(static_cast<std::size_t>(size));
-    return result;
-  }
-  return lowercasedAscii(source);
+  return mapped(text, {ucasemap_utf8ToLower, lowercasedAscii});
+}
+
+std::string uppercased(std::string_view text) {
+  return mapped(text, {ucasemap_utf8ToUpper, uppercasedAscii});
 }
 
 }  // namespace tarnix::platform

@@ -1,17 +1,21 @@
 #pragma once
 
+#include "probe/bootstrap/interposed_calls.h"
 #include "probe/platform/application.h"
 #include "probe/platform/bundle.h"
 #include "probe/platform/class_registry.h"
 #include "probe/platform/display.h"
 #include "probe/platform/main_queue.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/url_loading.h"
+#include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 #include "probe/platform/view_controller.h"
 
 namespace tarnix {
 
-/// What a toolkit brings to `platform::Platform`. None is null; all live as long as the process.
+/// What a toolkit brings to `platform::Platform`. None is null but where said so; all live as long
+/// as the process.
 struct HostServices {
   platform::Application* application = nullptr;
   platform::Bundle* bundle = nullptr;
@@ -20,15 +24,22 @@ struct HostServices {
   platform::MainQueue* mainQueue = nullptr;
   platform::NotificationCenter* notificationCenter = nullptr;
   platform::UserDefaults* userDefaults = nullptr;
-  /// May be null.
+  /// Null in a host that loads no URLs.
+  platform::UrlLoading* urlLoading = nullptr;
+  /// Null in a host that cannot open URLs.
+  platform::UrlOpener* urlOpener = nullptr;
+  /// Null in a host whose screens cannot be told.
   platform::ViewDidAppear* viewDidAppear = nullptr;
 };
 
-/// What a toolkit module is given when it is loaded.
+/// What a toolkit module is given when it is loaded; it takes a copy.
 struct HostModuleContext {
   /// The second way into the probe: called by the module's load hook, on the main thread, with the
   /// reason "ObjC +load". Finds the work done wherever the static initialiser ran before.
   void (*bootstrap)(const char* reason) = nullptr;
+  /// Where the module may put functions of its own in front of the toolkit's. Null where no library
+  /// was loaded first. Lives as long as the process.
+  InterposedCalls* interposedCalls = nullptr;
 };
 
 /// The one symbol that a toolkit module exports, as "tarnixprobe_host_module". A module is loaded

@@ -2,8 +2,8 @@
 
 #include "probe/capture/probe_perf_monitor.h"
 #include "probe/capture/probe_screen_tracker.h"
-#include "probe/model/perf_snapshot_response.h"
 #include "probe/commands/send_response.h"
+#include "probe/model/perf_snapshot_response.h"
 
 namespace tarnix::ProbeCommandHandler {
 

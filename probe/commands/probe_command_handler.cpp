@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 
+#include "probe/commands/deep_link_command.h"
 #include "probe/commands/perf_snapshot_command.h"
+#include "probe/commands/rule_commands.h"
 #include "probe/commands/screen_html_command.h"
 #include "probe/model/probe_state.h"
 #include "probe/platform/main_thread.h"
@@ -57,12 +59,12 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
     ignored(CompanionMessageType::commandSwitchEnvironment),
     handledBy(CompanionMessageType::commandClearStore, clearStore),
     ignored(CompanionMessageType::commandToggleRule),
-    notBuiltYet(CompanionMessageType::commandAddMockRule),
-    notBuiltYet(CompanionMessageType::commandRemoveMockRule),
-    notBuiltYet(CompanionMessageType::commandAddInterceptRule),
-    notBuiltYet(CompanionMessageType::commandRemoveInterceptRule),
+    handledBy(CompanionMessageType::commandAddMockRule, handleAddMockRule),
+    handledBy(CompanionMessageType::commandRemoveMockRule, handleRemoveMockRule),
+    handledBy(CompanionMessageType::commandAddInterceptRule, handleAddInterceptRule),
+    handledBy(CompanionMessageType::commandRemoveInterceptRule, handleRemoveInterceptRule),
     ignored(CompanionMessageType::commandReplayRequest),
-    notBuiltYet(CompanionMessageType::commandFireDeepLink),
+    handledBy(CompanionMessageType::commandFireDeepLink, handleFireDeepLink),
     ignored(CompanionMessageType::commandMarkQAPassed),
     ignored(CompanionMessageType::commandMarkQAFailed),
     ignored(CompanionMessageType::commandResetQAItem),

@@ -6,9 +6,9 @@
 
 #include "probe/capture/probe_screen_tracker.h"
 #include "probe/commands/screen_html_renderer.h"
-#include "probe/model/screen_html_response.h"
 #include "probe/commands/send_response.h"
 #include "probe/inspect/probe_accessibility_scanner.h"
+#include "probe/model/screen_html_response.h"
 
 namespace tarnix::ProbeCommandHandler {
 

@@ -6,12 +6,14 @@
 #include "probe/capture/probe_log_capture.h"
 #include "probe/capture/probe_perf_monitor.h"
 #include "probe/capture/probe_screen_tracker.h"
+#include "probe/network/probe_network_interceptor.h"
 
 namespace tarnix {
 namespace {
 
 constexpr std::array<CaptureInstaller, 6> installers = {{
-    {"network interceptor and session hook", nullptr},
+    {"network interceptor and session hook",
+     [](const std::string&) { ProbeNetworkInterceptor::install(); }},
     {"screen tracker", [](const std::string&) { ProbeScreenTracker::install(); }},
     {"log capture", [](const std::string&) { ProbeLogCapture::install(); }},
     {"performance monitor", [](const std::string&) { ProbePerfMonitor::install(); }},

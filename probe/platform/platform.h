@@ -9,14 +9,15 @@
 #include "probe/platform/main_queue.h"
 #include "probe/platform/network.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/url_loading.h"
+#include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 #include "probe/platform/view_controller.h"
 
 namespace tarnix::platform {
 
-/// Everything that the core asks of the world and that a test replaces. None is null but for what
-/// says so; what is
-/// pointed at lives as long as the process (in a test, as long as the test).
+/// Everything that the core asks of the world and that a test replaces. None is null but where said
+/// so; what is pointed at lives as long as the process (in a test, as long as the test).
 struct Platform {
   Application* application = nullptr;
   Bundle* bundle = nullptr;
@@ -27,8 +28,12 @@ struct Platform {
   MainQueue* mainQueue = nullptr;
   Network* network = nullptr;
   NotificationCenter* notificationCenter = nullptr;
+  /// Null in a host that loads no URLs.
+  UrlLoading* urlLoading = nullptr;
+  /// Null in a host that cannot open URLs.
+  UrlOpener* urlOpener = nullptr;
   UserDefaults* userDefaults = nullptr;
-  /// The exception: null on a host whose screens cannot be told.
+  /// Null on a host whose screens cannot be told.
   ViewDidAppear* viewDidAppear = nullptr;
 };
 

@@ -17,4 +17,7 @@ std::string_view firstCharacters(std::string_view text, std::size_t count);
 /// Full Unicode lower-casing, independent of the locale.
 std::string lowercased(std::string_view text);
 
+/// Full Unicode upper-casing, independent of the locale; some characters become several.
+std::string uppercased(std::string_view text);
+
 }  // namespace tarnix::platform

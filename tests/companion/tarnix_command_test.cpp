@@ -6,9 +6,9 @@
 #include <sstream>
 
 #include "companion/command/exit_code.h"
-#include "probe/model/screen_html_response.h"
 #include "probe/link/json_codec.h"
 #include "probe/model/full_sync_payload.h"
+#include "probe/model/screen_html_response.h"
 #include "tests/companion/program_run.h"
 #include "tests/companion/scripted_server.h"
 #include "tests/companion/temporary_folder.h"

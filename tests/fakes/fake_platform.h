@@ -10,6 +10,8 @@
 #include "tests/fakes/fake_main_queue.h"
 #include "tests/fakes/fake_network.h"
 #include "tests/fakes/fake_notification_center.h"
+#include "tests/fakes/fake_url_loading.h"
+#include "tests/fakes/fake_url_opener.h"
 #include "tests/fakes/fake_user_defaults.h"
 
 namespace tarnix::fakes {
@@ -27,6 +29,8 @@ class FakePlatform {
                           .mainQueue = &mainQueue,
                           .network = &network,
                           .notificationCenter = &notificationCenter,
+                          .urlLoading = &urlLoading,
+                          .urlOpener = &urlOpener,
                           .userDefaults = &userDefaults,
                           .viewDidAppear = &viewDidAppear});
   }
@@ -59,6 +63,8 @@ class FakePlatform {
   FakeMainQueue mainQueue;
   FakeNetwork network;
   FakeNotificationCenter notificationCenter{mainQueue};
+  FakeUrlLoading urlLoading;
+  FakeUrlOpener urlOpener;
   FakeUserDefaults userDefaults;
   platform::ViewDidAppear viewDidAppear{[](platform::ViewController&, bool) {}};
 };

@@ -1,9 +1,9 @@
 #include <optional>
 #include <string>
 
-#include "probe/model/screen_html_response.h"
 #include "probe/link/companion_message.h"
 #include "probe/model/full_sync_payload.h"
+#include "probe/model/screen_html_response.h"
 #include "tests/fuzz/fuzz_check.h"
 
 using namespace tarnix;

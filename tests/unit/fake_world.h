@@ -91,6 +91,7 @@ class ServerTest : public FakeWorldTest {
   std::string standardError() const { return fakes::FakeServices::shared().standardErrorText(); }
   void forgetLines() { fakes::FakeServices::shared().reset(); }
 
+  // Without captures, which have tests of their own and lines of their own.
   std::shared_ptr<ProbeServer> server_ =
       std::make_shared<ProbeServer>(std::span<const CaptureInstaller>());
 };

@@ -4,11 +4,11 @@
 #include <filesystem>
 #include <map>
 
-#include "probe/model/screen_html_response.h"
-#include "probe/model/perf_snapshot_response.h"
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
 #include "probe/model/full_sync_payload.h"
+#include "probe/model/perf_snapshot_response.h"
+#include "probe/model/screen_html_response.h"
 #include "tests/unit/json_edit.h"
 #include "tests/unit/marked_text.h"
 

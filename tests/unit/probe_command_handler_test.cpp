@@ -1,7 +1,7 @@
 #include "probe/commands/probe_command_handler.h"
 
-#include "probe/model/screen_html_response.h"
 #include "probe/link/json_codec.h"
+#include "probe/model/screen_html_response.h"
 #include "tests/unit/fake_world.h"
 
 namespace tarnix::tests {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "probe/model/screen_html_response.h"
 #include "probe/link/json_codec.h"
+#include "probe/model/screen_html_response.h"
 #include "tests/unit/example_records.h"
 #include "tests/unit/json_edit.h"
 

@@ -23,7 +23,7 @@ void report(const std::string& reason) {
                                reason + "\n");
 }
 
-const HostServices* loadToolkit() {
+const HostServices* loadToolkit(InterposedCalls* calls) {
   const std::string path = modulePath(toolkitModule);
   void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   void* const entry = module == nullptr ? nullptr : dlsym(module, hostModuleEntryName);
@@ -32,7 +32,7 @@ const HostServices* loadToolkit() {
     report(error != nullptr ? error : "it has no entry");
     return nullptr;
   }
-  static constexpr HostModuleContext context{tarnixprobe_bootstrap};
+  const HostModuleContext context{tarnixprobe_bootstrap, calls};
   const HostServices* const services = reinterpret_cast<HostModuleEntry>(entry)(&context);
   if (services == nullptr) {
     report("it does not work with this host");
@@ -40,8 +40,8 @@ const HostServices* loadToolkit() {
   return services;
 }
 
-const CoreEntryPoints* loadCore() {
-  const HostServices* const services = loadToolkit();
+const CoreEntryPoints* loadCore(InterposedCalls* calls) {
+  const HostServices* const services = loadToolkit(calls);
   if (services == nullptr) {
     return nullptr;
   }
@@ -55,6 +55,8 @@ const CoreEntryPoints* loadCore() {
   platform.mainQueue = services->mainQueue;
   platform.network = &LoopbackNetwork::shared();
   platform.notificationCenter = services->notificationCenter;
+  platform.urlLoading = services->urlLoading;
+  platform.urlOpener = services->urlOpener;
   platform.userDefaults = services->userDefaults;
   platform.viewDidAppear = services->viewDidAppear;
   platform::setCurrent(platform);
@@ -67,9 +69,9 @@ const CoreEntryPoints* loadCore() {
 }  // namespace tarnix::linux_platform
 
 extern "C" [[gnu::visibility("default")]] const tarnix::linux_platform::CoreEntryPoints*
-tarnixprobe_core() {
+tarnixprobe_core(tarnix::InterposedCalls* calls) {
   try {
-    return tarnix::linux_platform::loadCore();
+    return tarnix::linux_platform::loadCore(calls);
   } catch (...) {
     // Memory ran out. The host goes on without the probe.
     return nullptr;

@@ -8,6 +8,7 @@
 #include "platforms/linux/preload/host_check.h"
 #include "platforms/linux/preload/host_state.h"
 #include "platforms/linux/preload/own_entry.h"
+#include "platforms/linux/preload/session_calls.h"
 
 /// What is loaded into every process below the one that was given the probe, shells and all. So it
 /// links nothing but the C library, and brings the rest only into a host.
@@ -60,7 +61,7 @@ const CoreEntryPoints* loadCore(char (&ownPath)[PATH_MAX]) {
     report(error != nullptr ? error : "it has no entry");
     return nullptr;
   }
-  return reinterpret_cast<CoreEntry>(entry)();
+  return reinterpret_cast<CoreEntry>(entry)(&interposedCalls());
 }
 
 }  // namespace

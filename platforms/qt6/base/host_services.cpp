@@ -1,11 +1,14 @@
 #include "platforms/qt6/base/host_services.h"
 
+#include "platforms/qt6/base/network_part_loader.h"
 #include "platforms/qt6/base/qt_application.h"
 #include "platforms/qt6/base/qt_bundle.h"
 #include "platforms/qt6/base/qt_class_registry.h"
 #include "platforms/qt6/base/qt_display.h"
 #include "platforms/qt6/base/qt_main_queue.h"
 #include "platforms/qt6/base/qt_notification_center.h"
+#include "platforms/qt6/base/qt_url_loading.h"
+#include "platforms/qt6/base/qt_url_opener.h"
 #include "platforms/qt6/base/qt_user_defaults.h"
 #include "platforms/qt6/base/start_up_hook.h"
 #include "platforms/qt6/base/window_order.h"
@@ -28,10 +31,18 @@ class _TarnixProbeLoader {
 }  // namespace
 
 const HostServices& installHostServices(const HostModuleContext* context) {
-  static const HostServices& services = *new HostServices{
-      &QtApplication::shared(), &QtBundle::shared(),    &QtClassRegistry::shared(),
-      &QtDisplay::shared(),     &QtMainQueue::shared(), &QtNotificationCenter::shared(),
-      &QtUserDefaults::shared()};
+  static const HostServices& services =
+      *new HostServices{.application = &QtApplication::shared(),
+                        .bundle = &QtBundle::shared(),
+                        .classRegistry = &QtClassRegistry::shared(),
+                        .display = &QtDisplay::shared(),
+                        .mainQueue = &QtMainQueue::shared(),
+                        .notificationCenter = &QtNotificationCenter::shared(),
+                        .userDefaults = &QtUserDefaults::shared(),
+                        .urlLoading = &QtUrlLoading::shared(),
+                        .urlOpener = &QtUrlOpener::shared()};
+  NetworkPartLoader::shared().start(QtUrlLoading::shared(),
+                                    context == nullptr ? nullptr : context->interposedCalls);
   start_up_hook::install(
       [context = context == nullptr ? HostModuleContext() : *context] {
         QtMainQueue::shared().start();

@@ -3,6 +3,8 @@
 #include <dlfcn.h>
 #include <link.h>
 
+#include "platforms/qt6/base/module_folder.h"
+
 namespace tarnix::qt6 {
 
 namespace {
@@ -28,17 +30,6 @@ bool isLoaded(const char* library) {
   return true;
 }
 
-/// The folder that this module lies in, with a slash at its end.
-std::string ownFolder() {
-  static const char anchor = 0;
-  Dl_info image{};
-  if (dladdr(&anchor, &image) == 0 || image.dli_fname == nullptr) {
-    return {};
-  }
-  const std::string path = image.dli_fname;
-  return path.substr(0, path.rfind('/') + 1);
-}
-
 }  // namespace
 
 PartLoader& PartLoader::shared() {
@@ -56,7 +47,7 @@ void PartLoader::update() {
   for (Candidate& candidate : candidates_) {
     if (!candidate.isSettled && isLoaded(candidate.hostLibrary)) {
       candidate.isSettled = true;
-      if (UserInterfacePart* part = load(ownFolder() + candidate.fileName)) {
+      if (UserInterfacePart* part = load(moduleFolder() + candidate.fileName)) {
         add(part);
       }
     }

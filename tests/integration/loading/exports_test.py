@@ -6,8 +6,12 @@ import unittest
 from loading_support import *
 
 EXPORTS = {
-    # The third one gives threads a stack on which their crash can be reported.
-    "libtarnixprobe.so": {"tarnixprobe_bootstrap", "TarnixProbeBootstrap", "pthread_create"},
+    # pthread_create gives threads a stack on which their crash can be reported; the mangled ones
+    # stand in front of the toolkit's URL loading.
+    "libtarnixprobe.so": {
+        "tarnixprobe_bootstrap", "TarnixProbeBootstrap", "pthread_create",
+        "_ZN21QNetworkAccessManagerC1EP7QObject", "_ZN21QNetworkAccessManagerC2EP7QObject",
+        "_ZN21QNetworkAccessManager13createRequestENS_9OperationERK15QNetworkRequestP9QIODevice"},
     "libtarnixprobe-core.so": {"tarnixprobe_core"},
     "libtarnixprobe-dnssd.so": {"tarnixprobe_advertise"},
     # The second one keeps the host's sequence of random numbers its own.

@@ -1,0 +1,401 @@
+#include "platforms/qt6/network/answer_reply.h"
+
+#include <QCoreApplication>
+#include <QIODevice>
+#include <QMetaObject>
+#include <QNetworkCookie>
+#include <QNetworkCookieJar>
+#include <QUrl>
+#include <algorithm>
+#include <utility>
+
+#include "platforms/qt6/network/host_request.h"
+#include "platforms/qt6/network/http_status.h"
+#include "platforms/qt6/network/request_hook.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+int policyOf(const QNetworkRequest& request) {
+  const QVariant policy = request.attribute(QNetworkRequest::RedirectPolicyAttribute);
+  return policy.isValid() ? policy.toInt() : QNetworkRequest::NoLessSafeRedirectPolicy;
+}
+
+bool hasSameOrigin(const QUrl& one, const QUrl& other) {
+  return one.scheme() == other.scheme() && one.host() == other.host() &&
+         one.port(one.scheme() == "https" ? 443 : 80) ==
+             other.port(other.scheme() == "https" ? 443 : 80);
+}
+
+/// The toolkit's own words, translated if the application translates them.
+QString statusErrorText(const QUrl& url, int status) {
+  if (status == 401) {
+    return QCoreApplication::translate("QHttp", "Host requires authentication");
+  }
+  return QCoreApplication::translate("QHttp", "Error transferring %1 - server replied: %2")
+      .arg(url.toString(), reasonPhraseOf(status));
+}
+
+}  // namespace
+
+AnswerReply::AnswerReply(const HostRequest& request, const Answer& answer)
+    : QNetworkReply(request.manager),
+      manager_(request.manager),
+      requestBody_(request.body),
+      answer_(answer),
+      redirectsLeft_(request.request.maximumRedirectsAllowed()) {
+  setOperation(request.operation);
+  setRequest(request.request);
+  setUrl(request.request.url());
+  setAttribute(QNetworkRequest::ConnectionEncryptedAttribute, url().scheme() == "https");
+  if (request.body != nullptr && !request.body->isSequential()) {
+    uploadSize_ = request.body->size() - request.body->pos();
+  }
+  if (request.operation == QNetworkAccessManager::HeadOperation) {
+    // A response to this method never has one.
+    answer_.body.clear();
+  }
+  QIODevice::open(QIODevice::ReadOnly);
+  if (isSynchronous()) {
+    runAtOnce();
+  } else {
+    post(Stage::connecting);
+  }
+}
+
+bool AnswerReply::isSynchronous() const {
+  return request().attribute(QNetworkRequest::SynchronousRequestAttribute).toBool();
+}
+
+void AnswerReply::post(Stage stage) {
+  QMetaObject::invokeMethod(
+      this, [this, stage] { run(stage); }, Qt::QueuedConnection);
+}
+
+void AnswerReply::run(Stage stage) {
+  if (isFinished()) {
+    return;
+  }
+  const bool isFailure = answer_.error.has_value() || !answer_.response->http;
+  // The next event is on its way before the slots of the application run, as one from the network
+  // would be.
+  switch (stage) {
+    case Stage::connecting:
+      post(isFailure ? Stage::end : Stage::sent);
+      Q_EMIT socketStartedConnecting();
+      return;
+    case Stage::sent: {
+      post(Stage::head);
+      const QPointer<AnswerReply> self(this);
+      if (uploadSize_ > 0) {
+        Q_EMIT uploadProgress(uploadSize_, uploadSize_);
+      }
+      if (self != nullptr) {
+        Q_EMIT requestSent();
+      }
+      return;
+    }
+    case Stage::head:
+      showHead();
+      if (followsRedirects()) {
+        redirect();
+        return;
+      }
+      post(Stage::body);
+      Q_EMIT metaDataChanged();
+      return;
+    case Stage::body:
+      post(Stage::end);
+      unread_ = answer_.body;
+      received_ = unread_.size();
+      if (received_ > 0) {
+        Q_EMIT readyRead();
+      }
+      return;
+    case Stage::end:
+      break;
+  }
+  if (isFailure) {
+    fail(UnknownNetworkError, QString::fromStdString(answer_.error->localizedDescription));
+    return;
+  }
+  const int status = static_cast<int>(answer_.response->http->statusCode);
+  if (errorOfHttpStatus(status) != NoError) {
+    fail(errorOfHttpStatus(status), statusErrorText(url(), status));
+  } else {
+    finish();
+  }
+}
+
+/// The same without events and, since nobody can be connected yet, without signals.
+void AnswerReply::runAtOnce() {
+  const QSignalBlocker silence(this);
+  if (answer_.error || !answer_.response->http) {
+    fail(UnknownNetworkError, QString::fromStdString(answer_.error->localizedDescription));
+    return;
+  }
+  showHead();
+  if (followsRedirects()) {
+    redirect();
+    return;
+  }
+  unread_ = answer_.body;
+  received_ = unread_.size();
+  run(Stage::end);
+}
+
+void AnswerReply::showHead() {
+  const platform::HttpResponseHead& head = *answer_.response->http;
+  const int status = static_cast<int>(head.statusCode);
+  setAttribute(QNetworkRequest::HttpStatusCodeAttribute, status);
+  setAttribute(QNetworkRequest::HttpReasonPhraseAttribute, reasonPhraseOf(status));
+  setAttribute(QNetworkRequest::HttpPipeliningWasUsedAttribute, false);
+  setAttribute(QNetworkRequest::Http2WasUsedAttribute, false);
+  if (head.allHeaderFields) {
+    for (const auto& [name, value] : *head.allHeaderFields) {
+      setRawHeader(QByteArray::fromStdString(name), QByteArray::fromStdString(value));
+    }
+  }
+  keepCookies();
+  if (isRedirectStatus(status) && !redirectTarget().isEmpty() && !followsRedirects()) {
+    setAttribute(QNetworkRequest::RedirectionTargetAttribute,
+                 QUrl::fromEncoded(rawHeader("Location")));
+  }
+}
+
+void AnswerReply::keepCookies() {
+  const QVariant control =
+      request().attribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Automatic);
+  const QByteArray header = rawHeader("Set-Cookie");
+  if (header.isEmpty() || manager_ == nullptr || control.toInt() != QNetworkRequest::Automatic) {
+    return;
+  }
+  if (QNetworkCookieJar* const jar = manager_->cookieJar()) {
+    jar->setCookiesFromUrl(QNetworkCookie::parseCookies(header), url());
+  }
+}
+
+QUrl AnswerReply::redirectTarget() const {
+  const QByteArray location = rawHeader("Location");
+  return location.isEmpty() ? QUrl() : url().resolved(QUrl::fromEncoded(location));
+}
+
+bool AnswerReply::followsRedirects() const {
+  return isRedirectStatus(static_cast<int>(answer_.response->http->statusCode)) &&
+         policyOf(request()) != QNetworkRequest::ManualRedirectPolicy &&
+         !redirectTarget().isEmpty();
+}
+
+QNetworkReply::NetworkError AnswerReply::redirectError(const QUrl& target, QString& text) const {
+  if (redirectsLeft_ <= 0) {
+    text = QCoreApplication::translate("QHttp", "Too many redirects");
+    return TooManyRedirectsError;
+  }
+  if (target.scheme() != "http" && target.scheme() != "https") {
+    text = QCoreApplication::translate("QHttp", "Unknown protocol specified");
+    return ProtocolUnknownError;
+  }
+  const int policy = policyOf(request());
+  const bool isLessSafe = url().scheme() == "https" && target.scheme() == "http";
+  const bool isElsewhere =
+      policy == QNetworkRequest::SameOriginRedirectPolicy && !hasSameOrigin(url(), target);
+  if (isElsewhere || (isLessSafe && policy == QNetworkRequest::NoLessSafeRedirectPolicy)) {
+    text = QCoreApplication::translate("QHttp", "Insecure redirect");
+    return InsecureRedirectError;
+  }
+  return NoError;
+}
+
+void AnswerReply::redirect() {
+  const QPointer<AnswerReply> self(this);
+  Q_EMIT metaDataChanged();
+  if (self == nullptr || isFinished()) {
+    return;
+  }
+  target_ = redirectTarget();
+  QString text;
+  if (const NetworkError error = redirectError(target_, text); error != NoError) {
+    fail(error, text);
+    return;
+  }
+  if (target_.fragment().isEmpty()) {
+    target_.setFragment(url().fragment());
+  }
+  for (const auto& [name, value] : rawHeaderPairs()) {
+    setRawHeader(name, QByteArray());
+  }
+  const int status = static_cast<int>(answer_.response->http->statusCode);
+  setOperation(operationAfterRedirect(operation(), status));
+  setUrl(target_);
+  if (policyOf(request()) == QNetworkRequest::UserVerifiedRedirectPolicy) {
+    connect(this, &QNetworkReply::redirectAllowed, this, [this] {
+      if (next_ == nullptr && !isFinished()) {
+        QMetaObject::invokeMethod(
+            this, [this] { followRedirect(); }, Qt::QueuedConnection);
+      }
+    });
+  } else if (isSynchronous()) {
+    followRedirect();
+    return;
+  } else {
+    QMetaObject::invokeMethod(
+        this, [this] { followRedirect(); }, Qt::QueuedConnection);
+  }
+  Q_EMIT redirected(target_);
+}
+
+void AnswerReply::followRedirect() {
+  if (next_ != nullptr || isFinished() || manager_ == nullptr) {
+    return;
+  }
+  QNetworkRequest followed = request();
+  followed.setUrl(target_);
+  followed.setMaximumRedirectsAllowed(redirectsLeft_ - 1);
+  QIODevice* const body =
+      operation() == QNetworkAccessManager::GetOperation ? nullptr : requestBody_.data();
+  if (body == nullptr) {
+    followed.setHeader(QNetworkRequest::ContentLengthHeader, QVariant());
+  }
+  QNetworkReply* const next =
+      request_hook::createRequest({manager_.data(), operation(), followed, body});
+  if (next == nullptr) {
+    return;
+  }
+  next->setParent(this);
+  next_ = next;
+  adopt(*next);
+}
+
+void AnswerReply::adopt(QNetworkReply& next) {
+  const auto end = [this, &next] {
+    copyHeadOf(next);
+    unread_ += next.readAll();
+    received_ = std::max<qint64>(received_, unread_.size());
+    if (next.error() != NoError) {
+      fail(next.error(), next.errorString());
+    } else {
+      finish();
+    }
+  };
+  if (next.isFinished()) {
+    end();
+    return;
+  }
+  connect(&next, &QNetworkReply::socketStartedConnecting, this,
+          &QNetworkReply::socketStartedConnecting);
+  connect(&next, &QNetworkReply::requestSent, this, &QNetworkReply::requestSent);
+  connect(&next, &QNetworkReply::uploadProgress, this, [this](qint64 sent, qint64 total) {
+    if (!isFinished()) {
+      Q_EMIT uploadProgress(sent, total);
+    }
+  });
+  connect(&next, &QNetworkReply::downloadProgress, this, [this, &next](qint64 now, qint64 total) {
+    if (!isFinished() && next.isRunning()) {
+      Q_EMIT downloadProgress(now, total);
+    }
+  });
+  connect(&next, &QNetworkReply::redirected, this, [this, &next](const QUrl& url) {
+    setUrl(url);
+    setOperation(next.operation());
+    Q_EMIT redirected(url);
+  });
+  connect(this, &QNetworkReply::redirectAllowed, &next, &QNetworkReply::redirectAllowed);
+  connect(&next, &QNetworkReply::metaDataChanged, this, [this, &next] {
+    copyHeadOf(next);
+    Q_EMIT metaDataChanged();
+  });
+  connect(&next, &QNetworkReply::readyRead, this, [this, &next] {
+    const QByteArray bytes = next.readAll();
+    unread_ += bytes;
+    received_ += bytes.size();
+    Q_EMIT readyRead();
+  });
+  connect(&next, &QNetworkReply::finished, this, end);
+}
+
+void AnswerReply::copyHeadOf(const QNetworkReply& next) {
+  for (int code = 0; code < QNetworkRequest::User; ++code) {
+    const auto attribute = static_cast<QNetworkRequest::Attribute>(code);
+    // The buffer belongs to the other reply.
+    if (attribute != QNetworkRequest::DownloadBufferAttribute) {
+      setAttribute(attribute, next.attribute(attribute));
+    }
+  }
+  for (const auto& [name, value] : next.rawHeaderPairs()) {
+    setRawHeader(name, value);
+  }
+}
+
+void AnswerReply::fail(NetworkError code, const QString& text) {
+  setError(code, text);
+  const QPointer<AnswerReply> self(this);
+  Q_EMIT errorOccurred(code);
+  if (self != nullptr && !isFinished()) {
+    finish();
+  }
+}
+
+void AnswerReply::finish() {
+  const QPointer<AnswerReply> self(this);
+  setFinished(true);
+  const QVariant length = header(QNetworkRequest::ContentLengthHeader);
+  Q_EMIT downloadProgress(received_, length.isValid() ? length.toLongLong() : received_);
+  if (self != nullptr && uploadSize_ >= 0) {
+    Q_EMIT uploadProgress(0, 0);
+  }
+  if (self != nullptr) {
+    Q_EMIT readChannelFinished();
+  }
+  if (self != nullptr) {
+    Q_EMIT finished();
+  }
+}
+
+void AnswerReply::cancel() {
+  if (next_ != nullptr) {
+    next_->disconnect(this);
+    next_->abort();
+  }
+  const QPointer<AnswerReply> self(this);
+  QNetworkReply::close();
+  if (self != nullptr && !isFinished()) {
+    fail(OperationCanceledError,
+         QCoreApplication::translate("QNetworkReply", "Operation canceled"));
+  }
+}
+
+void AnswerReply::abort() {
+  if (!isFinished()) {
+    cancel();
+  }
+}
+
+void AnswerReply::close() {
+  if (isFinished()) {
+    QNetworkReply::close();
+  } else {
+    cancel();
+  }
+}
+
+qint64 AnswerReply::bytesAvailable() const {
+  return QNetworkReply::bytesAvailable() + unread_.size();
+}
+
+bool AnswerReply::canReadLine() const {
+  return QNetworkReply::canReadLine() || unread_.contains('\n');
+}
+
+qint64 AnswerReply::readData(char* data, qint64 maximumSize) {
+  if (unread_.isEmpty()) {
+    // The end once there is nothing more to come, nothing yet before.
+    return isFinished() ? -1 : 0;
+  }
+  const qint64 count = std::min<qint64>(maximumSize, unread_.size());
+  std::copy_n(unread_.constData(), count, data);
+  unread_.remove(0, count);
+  return count;
+}
+
+}  // namespace tarnix::qt6

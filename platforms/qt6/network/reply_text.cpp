@@ -1,0 +1,55 @@
+#include "platforms/qt6/network/reply_text.h"
+
+#include <QNetworkReply>
+#include <QStringDecoder>
+#include <map>
+
+#include "platforms/qt6/network/http_status.h"
+#include "probe/model/mime_type.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+constexpr const char* errorDomain = "QNetworkReply";
+
+}  // namespace
+
+std::string textOf(const QByteArray& bytes) {
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+  const QString text = decoder(bytes);
+  return decoder.hasError() ? QString::fromLatin1(bytes).toStdString() : text.toStdString();
+}
+
+platform::UrlResponse responseOf(const QNetworkReply& reply) {
+  platform::UrlResponse response{Url(reply.url().toEncoded().toStdString()), std::nullopt,
+                                 std::nullopt};
+  const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+  if (!status.isValid()) {
+    return response;
+  }
+  std::map<std::string, std::string> headers;
+  for (const auto& [name, value] : reply.rawHeaderPairs()) {
+    headers.insert_or_assign(textOf(name), textOf(value));
+  }
+  const bool isHttp2 = reply.attribute(QNetworkRequest::Http2WasUsedAttribute).toBool();
+  response.mimeType = mimeTypeIn(textOf(reply.rawHeader("Content-Type")));
+  response.http = {status.toInt(), isHttp2 ? "HTTP/2" : "HTTP/1.1", std::move(headers)};
+  return response;
+}
+
+std::optional<platform::UrlError> transportErrorOf(const QNetworkReply& reply) {
+  const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+  const bool isOfServer = status.isValid() && status.toInt() >= 400 &&
+                          reply.error() == errorOfHttpStatus(status.toInt());
+  if (reply.error() == QNetworkReply::NoError || isOfServer) {
+    return std::nullopt;
+  }
+  return platform::UrlError{errorDomain, reply.error(), reply.errorString().toStdString()};
+}
+
+platform::UrlError cancellation() {
+  return {errorDomain, QNetworkReply::OperationCanceledError, "Operation canceled"};
+}
+
+}  // namespace tarnix::qt6

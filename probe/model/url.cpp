@@ -1,0 +1,200 @@
+#include "probe/model/url.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace tarnix {
+namespace {
+
+constexpr std::size_t escapeLength = 3;  // "%41"
+
+constexpr bool isAlpha(char byte) {
+  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+}
+constexpr bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
+constexpr bool isHexDigit(char byte) {
+  return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
+}
+constexpr int hexValue(char digit) {
+  return isDigit(digit) ? digit - '0' : (digit | 0x20) - 'a' + 10;
+}
+
+constexpr bool isSchemeCharacter(char byte) {
+  return isAlpha(byte) || isDigit(byte) || byte == '+' || byte == '-' || byte == '.';
+}
+
+constexpr bool isUnescaped(char byte) {
+  return isAlpha(byte) || isDigit(byte) ||
+         std::string_view("-._~:/?#[]@!$&'()*+,;=").find(byte) != std::string_view::npos;
+}
+
+bool isEscape(std::string_view text) {
+  return text.size() >= escapeLength && text[0] == '%' && isHexDigit(text[1]) &&
+         isHexDigit(text[2]);
+}
+
+struct Parts {
+  std::optional<std::string_view> scheme;
+  std::optional<std::string_view> authority;
+  std::string_view path;
+  /// From the question mark or number sign on.
+  std::string_view rest;
+};
+
+Parts split(std::string_view text) {
+  Parts parts;
+  const std::size_t schemeEnd = text.find_first_of(":/?#");
+  if (schemeEnd != std::string_view::npos && schemeEnd > 0 && text[schemeEnd] == ':' &&
+      isAlpha(text[0]) && std::all_of(text.begin(), text.begin() + schemeEnd, isSchemeCharacter)) {
+    parts.scheme = text.substr(0, schemeEnd);
+    text.remove_prefix(schemeEnd + 1);
+  }
+  if (text.starts_with("//")) {
+    text.remove_prefix(2);
+    parts.authority = text.substr(0, text.find_first_of("/?#"));
+    text.remove_prefix(parts.authority->size());
+  }
+  parts.path = text.substr(0, text.find_first_of("?#"));
+  parts.rest = text.substr(parts.path.size());
+  return parts;
+}
+
+/// The host as written, brackets included, and what follows it: nothing or a port with its colon.
+struct HostAndPort {
+  std::string_view host;
+  std::string_view port;
+};
+
+HostAndPort splitAuthority(std::string_view authority) {
+  const std::size_t userEnd = authority.rfind('@');
+  if (userEnd != std::string_view::npos) {
+    authority.remove_prefix(userEnd + 1);
+  }
+  const std::size_t addressEnd = authority.starts_with('[') ? authority.find(']') : 0;
+  const std::size_t colon =
+      addressEnd == std::string_view::npos ? addressEnd : authority.find(':', addressEnd);
+  return {authority.substr(0, colon),
+          colon == std::string_view::npos ? std::string_view() : authority.substr(colon)};
+}
+
+bool hasBrackets(std::string_view text) {
+  return text.find_first_of("[]") != std::string_view::npos;
+}
+
+bool isAuthority(std::string_view authority) {
+  const auto [host, port] = splitAuthority(authority);
+  if (!port.empty() && !std::all_of(port.begin() + 1, port.end(), isDigit)) {
+    return false;
+  }
+  const std::string_view user = authority.substr(0, authority.size() - host.size() - port.size());
+  const bool isAddress = host.size() > 2 && host.front() == '[' && host.back() == ']';
+  return !hasBrackets(user) && !hasBrackets(isAddress ? host.substr(1, host.size() - 2) : host);
+}
+
+/// The length of the UTF-8 sequence at the start of `bytes`; 0 when there is none.
+std::size_t sequenceLength(std::string_view bytes) {
+  const auto byteAt = [bytes](std::size_t index) {
+    return static_cast<unsigned char>(bytes[index]);
+  };
+  const unsigned lead = byteAt(0);
+  if (lead < 0x80) {
+    return 1;
+  }
+  const std::size_t length = lead >= 0xF0 && lead <= 0xF4   ? 4U
+                             : lead >= 0xE0 && lead <= 0xEF ? 3U
+                             : lead >= 0xC2 && lead <= 0xDF ? 2U
+                                                            : 0U;
+  if (length == 0 || bytes.size() < length) {
+    return 0;
+  }
+  for (std::size_t index = 1; index < length; ++index) {
+    if ((byteAt(index) & 0xC0) != 0x80) {
+      return 0;
+    }
+  }
+  const unsigned second = byteAt(1);
+  // Overlong forms, surrogates, and what lies beyond the last code point.
+  const bool isOutside = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
+                         (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
+  return isOutside ? 0 : length;
+}
+
+void appendEscaped(std::string& text, char byte) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  const auto value = static_cast<unsigned char>(byte);
+  text += '%';
+  text += digits[value >> 4];
+  text += digits[value & 0x0F];
+}
+
+std::string withoutEscapes(std::string_view text) {
+  if (text.find('%') == std::string_view::npos) {
+    return std::string(text);
+  }
+  std::string bytes;
+  for (std::size_t position = 0; position < text.size();) {
+    const std::string_view rest = text.substr(position);
+    if (isEscape(rest)) {
+      bytes += static_cast<char>(hexValue(rest[1]) * 16 + hexValue(rest[2]));
+      position += escapeLength;
+    } else {
+      bytes += rest[0];
+      ++position;
+    }
+  }
+  std::string result;
+  for (std::size_t position = 0; position < bytes.size();) {
+    const std::size_t length = sequenceLength(std::string_view(bytes).substr(position));
+    if (length == 0) {
+      appendEscaped(result, bytes[position]);
+    } else {
+      result.append(bytes, position, length);
+    }
+    position += std::max<std::size_t>(length, 1);
+  }
+  return result;
+}
+
+}  // namespace
+
+std::optional<Url> Url::parse(std::string_view text) {
+  if (text.empty()) {
+    return std::nullopt;
+  }
+  for (std::size_t position = 0; position < text.size(); ++position) {
+    if (!isUnescaped(text[position]) && !isEscape(text.substr(position))) {
+      return std::nullopt;
+    }
+  }
+  const Parts parts = split(text);
+  const std::size_t fragment = parts.rest.find('#');
+  const bool hasSecondFragment = fragment != std::string_view::npos &&
+                                 parts.rest.find('#', fragment + 1) != std::string_view::npos;
+  // Without a scheme, a colon in the first segment would make one of what precedes it.
+  const bool looksLikeScheme =
+      !parts.scheme && !parts.authority &&
+      parts.path.substr(0, parts.path.find('/')).find(':') != std::string_view::npos;
+  if (hasSecondFragment || looksLikeScheme || hasBrackets(parts.path) || hasBrackets(parts.rest) ||
+      (parts.authority && !isAuthority(*parts.authority))) {
+    return std::nullopt;
+  }
+  return Url(std::string(text));
+}
+
+std::optional<std::string_view> Url::scheme() const { return split(absoluteString_).scheme; }
+
+std::optional<std::string> Url::host() const {
+  const Parts parts = split(absoluteString_);
+  if (!parts.authority) {
+    return std::nullopt;
+  }
+  std::string_view host = splitAuthority(*parts.authority).host;
+  if (host.size() > 1 && host.front() == '[' && host.back() == ']') {
+    host = host.substr(1, host.size() - 2);
+  }
+  return host.empty() ? std::nullopt : std::optional(withoutEscapes(host));
+}
+
+std::string Url::path() const { return withoutEscapes(split(absoluteString_).path); }
+
+}  // namespace tarnix
