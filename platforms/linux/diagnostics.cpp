@@ -106,13 +106,7 @@ class PipeSignalGuard {
   bool isHostsOwnPending_ = false;
 };
 
-}  // namespace
-
-void writeDescriptor(int descriptor, std::string_view text) {
-  if (descriptor < 0) {
-    return;
-  }
-  const int savedError = errno;
+void writeWithoutSignal(int descriptor, std::string_view text) {
   const PipeSignalGuard guard;
   pollfd destination{.fd = descriptor, .events = POLLOUT, .revents = 0};
   int ready = 0;
@@ -123,6 +117,16 @@ void writeDescriptor(int descriptor, std::string_view text) {
     while (::write(descriptor, text.data(), text.size()) < 0 && errno == EINTR) {
     }
   }
+}
+
+}  // namespace
+
+void writeDescriptor(int descriptor, std::string_view text) {
+  if (descriptor < 0) {
+    return;
+  }
+  const int savedError = errno;
+  writeWithoutSignal(descriptor, text);
   errno = savedError;
 }
 
