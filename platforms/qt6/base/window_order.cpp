@@ -16,7 +16,10 @@ bool isOnScreen(const QWindow& window) {
 }
 
 bool isPopup(const QWindow& window) {
-  return window.type() == Qt::Popup || window.type() == Qt::ToolTip;
+  // From 6.8 on a popup of the Controls library may have a window, which need not be of those
+  // types.
+  return window.type() == Qt::Popup || window.type() == Qt::ToolTip ||
+         window.inherits("QQuickPopupWindow");
 }
 
 /// The window that `window` stands in or, being a popup, belongs to.

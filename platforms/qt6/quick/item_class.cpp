@@ -49,6 +49,7 @@ constexpr std::array knownClasses = {
     KnownClass{"QQuickFlickable", ItemKind::flickable},
     KnownClass{"QQuickItemView", ItemKind::itemView},
     KnownClass{"QQuickTableView", ItemKind::tableView},
+    KnownClass{"QQuickHeaderViewBase", ItemKind::headerView},
     KnownClass{"QQuickPathView", ItemKind::pathView},
 };
 

@@ -35,6 +35,8 @@ enum class ItemKind {
   /// Views that make their rows as needed: only what they show counts.
   itemView,
   tableView,
+  /// A table of the titles of another's rows or columns.
+  headerView,
   pathView,
 };
 

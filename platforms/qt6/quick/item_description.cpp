@@ -58,6 +58,7 @@ std::optional<AccessibilityTraits> traitsOfKind(ItemKind kind) {
     case ItemKind::flickable:
     case ItemKind::itemView:
     case ItemKind::tableView:
+    case ItemKind::headerView:
     case ItemKind::pathView:
       break;
   }
@@ -137,9 +138,12 @@ bool isSelected(const QQuickItem& item, const ItemClass& itemClass,
   }
 }
 
-/// A link, a group's title, or just a text.
+/// A link, the title of a group, row or column, or just a text.
 AccessibilityTraits traitsOfText(const QQuickItem& item, const ItemClass& itemClass,
-                                 const ItemClass* parent) {
+                                 const ItemClass* parent, const Surroundings& surroundings) {
+  if (surroundings.insideHeader) {
+    return traits::header;
+  }
   if (parent != nullptr && parent->kind == ItemKind::groupBox && item.parentItem() != nullptr &&
       parent->title.string(*item.parentItem()) == itemClass.text.string(item)) {
     return traits::header;
@@ -193,7 +197,7 @@ ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
   }
   result.isElement = true;
   if (kind == ItemKind::text && *ownTraits == traits::staticText) {
-    ownTraits = traitsOfText(item, itemClass, parent);
+    ownTraits = traitsOfText(item, itemClass, parent, surroundings);
   }
   result.traits = *ownTraits;
   result.isTextField = isField(kind) || role == QAccessible::EditableText ||

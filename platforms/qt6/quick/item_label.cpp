@@ -162,6 +162,7 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
     case ItemKind::flickable:
     case ItemKind::itemView:
     case ItemKind::tableView:
+    case ItemKind::headerView:
     case ItemKind::pathView:
       return {};
     case ItemKind::plain:

@@ -84,7 +84,7 @@ void removeUnusedItems(const QQuickItem& item, const ItemClass& itemClass, const
   if (parent->contentItem.object(view) != &item) {
     return;
   }
-  if (parent->kind == ItemKind::tableView) {
+  if (parent->kind == ItemKind::tableView || parent->kind == ItemKind::headerView) {
     removePooledCells(view, children);
   } else if (parent->kind == ItemKind::itemView && parent->reuseItems.boolean(view)) {
     removePooledRows(view, children);

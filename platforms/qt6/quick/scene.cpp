@@ -64,7 +64,8 @@ SceneItemView::Place Scene::placeInside(const SceneItemView& view, const QQuickI
   const bool isComposite =
       kind == ItemKind::comboBox || kind == ItemKind::spinBox || kind == ItemKind::searchField;
   const bool isScroller = kind == ItemKind::flickable || kind == ItemKind::itemView ||
-                          kind == ItemKind::tableView || kind == ItemKind::pathView;
+                          kind == ItemKind::tableView || kind == ItemKind::headerView ||
+                          kind == ItemKind::pathView;
   if (!isComposite && !isScroller && !item.clip() && item.opacity() >= 1) {
     return result;
   }
@@ -72,6 +73,7 @@ SceneItemView::Place Scene::placeInside(const SceneItemView& view, const QQuickI
   result.surroundings = &surroundings;
   surroundings.opacity *= item.opacity();
   surroundings.insideCompositeControl |= isComposite;
+  surroundings.insideHeader |= kind == ItemKind::headerView;
   const QRectF area = view.area();
   if (kind == ItemKind::flickable) {
     // Its content counts as a whole, unless it cannot be seen itself.

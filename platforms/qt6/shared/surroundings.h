@@ -29,6 +29,8 @@ struct Surroundings {
   /// Whether an element around is one control to people, whatever it is made of: what a spin box
   /// or combo box is built from are no fields of their own.
   bool insideCompositeControl = false;
+  /// Whether the texts of this place are titles of rows or columns.
+  bool insideHeader = false;
 
   /// With `clip` narrowed to `area`, given on the screen.
   Surroundings clippedTo(const QRectF& area) const {

@@ -7,7 +7,7 @@ ApplicationWindow {
     id: window
     visible: true
     width: 900
-    height: 760
+    height: 1000
     title: "Controls"
 
     menuBar: MenuBar {

@@ -1,4 +1,5 @@
-// What opens over a window. `page` of the window's argument tells which.
+// What opens over a window: `show` opens the one of that name, and so does the last word on the
+// command line.
 import QtQuick
 import QtQuick.Controls
 
@@ -9,7 +10,9 @@ ApplicationWindow {
     height: 400
     title: "Popups"
 
-    readonly property string shown: Qt.application.arguments[Qt.application.arguments.length - 1]
+    function show(name) {
+        ({ "menu": menu, "dialog": dialog, "drawer": drawer, "popup": popup, "combo": combo.popup })[name]?.open();
+    }
 
     Column {
         padding: 20
@@ -66,7 +69,5 @@ ApplicationWindow {
         y: 250
         Label { text: "In the popup" }
     }
-    Component.onCompleted: {
-        ({ "menu": menu, "dialog": dialog, "drawer": drawer, "popup": popup, "combo": combo.popup })[shown]?.open();
-    }
+    Component.onCompleted: show(Qt.application.arguments[Qt.application.arguments.length - 1])
 }

@@ -37,7 +37,7 @@ Window {
         y: 250
         width: 100
         height: 40
-        text: "Sheared"
+        text: "Stretched"
         transform: [
             Scale { xScale: 2 },
             Translate { x: 30 }
@@ -75,9 +75,9 @@ Window {
         text: "Outside"
     }
     Text {
-        x: 0 / 0
+        x: 60
         y: 400
-        text: "Nowhere"
+        text: "Moved"
     }
     Text {
         x: 50
