@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/contract/qt6_host_world.h"
 #include "tests/integration/qt6/screen_table.h"
 
 namespace tarnix::integration {
@@ -107,6 +108,12 @@ TEST(QuickScreen, ViewsSayWhatTheyShowAndNoMore) {
 
 TEST(QuickScreen, RowsThatAViewKeepsForLaterAreNotThere) {
   const ShownQmlFile shown("views.qml");
+  // The file scrolls to and fro for a third of a second, and ends at the top.
+  const auto isAtTheTop = [](const char* word) {
+    const auto lines = linesWith(word);
+    return !lines.empty() && lines.front() == std::string("StaticText ") + word + " 0";
+  };
+  ASSERT_TRUE(contract::pumpUntil([&] { return isAtTheTop("Reused") && isAtTheTop("Cell"); }));
   EXPECT_THAT(linesWith("Reused"), UnorderedElementsAreArray(numbered("StaticText Reused ", 4)));
   EXPECT_THAT(linesWith("Cell"), UnorderedElementsAreArray(numbered("StaticText Cell ", 5)));
 }
