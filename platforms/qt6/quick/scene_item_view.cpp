@@ -41,7 +41,10 @@ QRectF SceneItemView::seenArea() const {
   return narrowed.visiblePart(whole);
 }
 
-platform::Rect SceneItemView::accessibilityFrame() const { return frameOf(seenArea()); }
+platform::Rect SceneItemView::accessibilityFrame() const {
+  // What is an element is where it can be pointed at; any other view is where it is.
+  return frameOf(isAccessibilityElement() ? seenArea() : area());
+}
 
 std::optional<std::string> SceneItemView::accessibilityValue() const {
   return description_.value ? std::optional(description_.value->toStdString()) : std::nullopt;

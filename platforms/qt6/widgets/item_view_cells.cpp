@@ -6,6 +6,7 @@
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QTreeView>
+#include <algorithm>
 
 namespace tarnix::qt6 {
 
@@ -112,13 +113,25 @@ void collectTable(const QTableView& table, CellCollector& cells) {
   }
 }
 
+/// The topmost row that can be seen. Only where there are columns there are rows.
+QModelIndex firstVisibleRow(const QTreeView& tree, const std::vector<int>& columns) {
+  for (const int column : columns) {
+    const int left = std::max(tree.columnViewportPosition(column), 0);
+    const QModelIndex row = tree.indexAt(QPoint(left, 0));
+    if (row.isValid()) {
+      return row;
+    }
+  }
+  return {};
+}
+
 void collectTree(const QTreeView& tree, CellCollector& cells) {
   const std::vector<int> columns = visibleColumns(*tree.header());
   const int height = tree.viewport()->height();
-  for (QModelIndex row = tree.indexAt(QPoint(tree.viewport()->width() / 2, 0));
-       row.isValid() && !cells.isFull(); row = tree.indexBelow(row)) {
+  for (QModelIndex row = firstVisibleRow(tree, columns); row.isValid() && !cells.isFull();
+       row = tree.indexBelow(row)) {
     const QModelIndex first = row.siblingAtColumn(0);
-    if (tree.visualRect(first).top() >= height) {
+    if (tree.visualRect(row).top() >= height) {
       break;
     }
     if (tree.isFirstColumnSpanned(row.row(), row.parent())) {
@@ -141,12 +154,17 @@ void collectList(const QListView& list, CellCollector& cells) {
                              list.flow() == QListView::TopToBottom && !list.isWrapping();
   int first = 0;
   if (isPlainColumn) {
-    // Rows follow each other downwards: the first visible one is found by halving.
+    // Rows follow each other downwards: the first visible one is found by halving. Hidden rows
+    // stand nowhere and say nothing of those around them.
     int last = count;
     while (first < last) {
       const int middle = first + (last - first) / 2;
-      if (rectOf(middle).bottom() < 0) {
-        first = middle + 1;
+      int shown = middle;
+      while (shown < last && list.isRowHidden(shown)) {
+        ++shown;
+      }
+      if (shown < last && rectOf(shown).bottom() < 0) {
+        first = shown + 1;
       } else {
         last = middle;
       }

@@ -88,9 +88,9 @@ platform::Rect WidgetView::accessibilityFrame() const {
   if (widget_ == nullptr) {
     return {};
   }
+  // What is an element is where it can be pointed at; any other view is where it is.
   const Description& own = description();
-  return frameOf(own.isElement ? own.area
-                               : surroundings_->visiblePart(QRectF(topLeft_, widget_->size())));
+  return frameOf(own.isElement ? own.area : QRectF(topLeft_, widget_->size()));
 }
 
 std::optional<std::string> WidgetView::accessibilityValue() const {

@@ -11,13 +11,16 @@ namespace {
 
 QWidget* widgetOf(const QWindow& window) {
   // Applications with the library loaded need not have made an application object of its kind.
-  if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+  if (!window.inherits("QWidgetWindow") ||
+      qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
     return nullptr;
   }
   // Those that are on the screen are known by the number of their window.
-  if (QWidget* const widget =
-          window.handle() == nullptr ? nullptr : QWidget::find(window.winId())) {
-    return widget->isWindow() ? widget : nullptr;
+  if (window.handle() != nullptr) {
+    QWidget* const widget = QWidget::find(window.winId());
+    if (widget != nullptr && widget->windowHandle() == &window) {
+      return widget;
+    }
   }
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     if (widget->windowHandle() == &window) {

@@ -216,6 +216,10 @@ QListWidget* list(int rows) {
   for (int row = 0; row < rows; ++row) {
     list->addItem(QString("Row %1").arg(row));
   }
+  // So that what is in the middle of them is no help in finding those that are shown.
+  for (int row = rows / 4; row < rows; ++row) {
+    list->setRowHidden(row, rows > 100);
+  }
   list->setCurrentRow(1);
   return list;
 }
@@ -246,6 +250,9 @@ QTreeWidget* tree() {
     }
   }
   tree->topLevelItem(1)->setExpanded(true);
+  tree->header()->setStretchLastSection(false);
+  tree->setColumnWidth(0, 90);
+  tree->setColumnWidth(1, 40);
   return tree;
 }
 
