@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "probe/link/record.h"
+#include "probe/model/uuid.h"
 
 /// What commands print with --json where it is not a message of the probe's own. Keys stay; new
 /// ones may be added.
@@ -32,6 +33,13 @@ struct HostList {
   std::vector<ListedHost> hosts;
 
   static constexpr auto fields() { return std::tuple{Field{"hosts", &HostList::hosts}}; }
+};
+
+/// Of `tarnix mock add` and `tarnix intercept add`.
+struct RuleAdded {
+  Uuid ruleId;
+
+  static constexpr auto fields() { return std::tuple{Field{"ruleId", &RuleAdded::ruleId}}; }
 };
 
 /// Of `tarnix run`, on standard error, once the application can be reached.

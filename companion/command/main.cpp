@@ -10,6 +10,7 @@
 #include "companion/command/command_options.h"
 #include "companion/command/commands.h"
 #include "companion/command/exit_code.h"
+#include "companion/command/traffic_command_line.h"
 #include "companion/output/display_text.h"
 
 namespace tarnix::companion {
@@ -86,6 +87,8 @@ int parseAndRun(int argumentCount, char** arguments) {
   htmlCommand->add_option("-o,--output", html.file, "Write the document to this file")
       ->type_name("FILE");
   does(htmlCommand, [&options, &html] { return runHtml(options, html); });
+
+  addTrafficCommands(app, options, does);
 
   try {
     // CLI11 takes them off the end.

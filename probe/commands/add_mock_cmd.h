@@ -19,6 +19,9 @@ struct AddMockCmd {
   std::optional<std::string> responseBody;
   std::optional<std::map<std::string, std::string>> responseHeaders;
   std::optional<std::string> name;
+  /// The identifier that the rule is to have, as text: nothing answers the command, so that only a
+  /// companion that chose one can remove the rule again.
+  std::optional<std::string> ruleId;
 
   static constexpr auto fields() {
     return std::tuple{Field{"urlPattern", &AddMockCmd::urlPattern},
@@ -27,7 +30,8 @@ struct AddMockCmd {
                       Field{"statusCode", &AddMockCmd::statusCode},
                       Field{"responseBody", &AddMockCmd::responseBody},
                       Field{"responseHeaders", &AddMockCmd::responseHeaders},
-                      Field{"name", &AddMockCmd::name}};
+                      Field{"name", &AddMockCmd::name},
+                      Field{"ruleId", &AddMockCmd::ruleId}};
   }
 };
 

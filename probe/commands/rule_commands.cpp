@@ -34,6 +34,12 @@ std::string defaultName(const char* kind, const std::string& urlPattern) {
          std::string(platform::firstCharacters(urlPattern, patternCharactersInName));
 }
 
+/// A random one unless the companion chose one.
+Uuid idOfNewRule(const std::optional<std::string>& chosen) {
+  const std::optional<Uuid> id = chosen ? Uuid::parse(*chosen) : std::nullopt;
+  return id ? *id : Uuid::random();
+}
+
 std::optional<Uuid> ruleIdIn(const CompanionMessage& message) {
   const std::optional<RemoveCmd> command = message.decode<RemoveCmd>();
   return command ? Uuid::parse(command->ruleId) : std::nullopt;
@@ -47,7 +53,7 @@ void handleAddMockRule(const CompanionMessage& message) {
     return;
   }
   ProbeMockRules::MockRule rule;
-  rule.id = Uuid::random();
+  rule.id = idOfNewRule(command->ruleId);
   rule.name = command->name ? *std::move(command->name) : defaultName("Mock", command->urlPattern);
   rule.urlPattern = std::move(command->urlPattern);
   rule.matchMode = std::move(command->matchMode).value_or(defaultMatchMode);
@@ -66,7 +72,7 @@ void handleAddInterceptRule(const CompanionMessage& message) {
     return;
   }
   ProbeInterceptRules::InterceptRule rule;
-  rule.id = Uuid::random();
+  rule.id = idOfNewRule(command->ruleId);
   rule.name =
       command->name ? *std::move(command->name) : defaultName("Intercept", command->urlPattern);
   rule.urlPattern = std::move(command->urlPattern);

@@ -23,11 +23,11 @@ class RuleCommandsTest : public ServerTest {
   }
 
   ~RuleCommandsTest() override {
-    // The stores are the process's: leave them empty for the next test.
-    while (const auto rule = mockFor("")) {
+    // The stores belong to the process: nothing may stay for the next test.
+    while (const auto rule = mockFor("u")) {
       ProbeMockRules::shared().removeRule(rule->id);
     }
-    while (const auto rule = interceptFor("")) {
+    while (const auto rule = interceptFor("u")) {
       ProbeInterceptRules::shared().removeRule(rule->id);
     }
   }
@@ -183,6 +183,22 @@ TEST_F(RuleCommandsTest, DropWhatTheyCannotDecode) {
   }
   EXPECT_EQ(standardError(), "");
   EXPECT_EQ(companion_->written, "");
+}
+
+TEST_F(RuleCommandsTest, LetTheCompanionChooseTheId) {
+  const std::string chosen = "01234567-89AB-4DEF-8123-456789ABCDEF";
+  handle(Type::commandAddMockRule, R"({"urlPattern":"u","ruleId":")" + chosen + "\"}");
+  EXPECT_EQ(mockFor("u")->id.toString(), chosen);
+  handle(Type::commandRemoveMockRule, removal(chosen));
+  EXPECT_FALSE(mockFor("u"));
+  handle(Type::commandAddInterceptRule, R"({"urlPattern":"u","ruleId":")" + chosen + "\"}");
+  EXPECT_EQ(interceptFor("u")->id.toString(), chosen);
+  handle(Type::commandRemoveInterceptRule, removal(chosen));
+  EXPECT_FALSE(interceptFor("u"));
+
+  handle(Type::commandAddMockRule, R"({"urlPattern":"u","ruleId":"no UUID"})");
+  ASSERT_TRUE(mockFor("u")) << "gets one of its own";
+  EXPECT_NE(mockFor("u")->id, Uuid());
 }
 
 TEST_F(RuleCommandsTest, ArriveOverTheWire) {

@@ -1,0 +1,117 @@
+#include "companion/command/traffic_command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "companion/command/commands.h"
+
+namespace tarnix::companion {
+namespace {
+
+CLI::App* addCommand(CLI::App& parent, const char* name, const char* description,
+                     CommandOptions& options) {
+  CLI::App* command = parent.add_subcommand(name, description);
+  addTargetOptions(*command, options);
+  addOutputOptions(*command, options);
+  return command;
+}
+
+void addWatch(CLI::App& app, CommandOptions& options, const SetAction& does) {
+  const auto watch = std::make_shared<WatchOptions>();
+  CLI::App* command =
+      addCommand(app, "watch", "Show an application's HTTP exchanges as they happen", options);
+  command->footer(
+      "--json prints each exchange as the probe sends it, one on a line. The command "
+      "waits for the application when it is started again, and ends with Ctrl-C.");
+  command->add_option("--only-host", watch->hosts, "Only hosts with this in their name")
+      ->type_name("TEXT");
+  command->add_option("--only-method", watch->methods, "Only this method")->type_name("METHOD");
+  command
+      ->add_option("--only-status", watch->statuses,
+                   "Only these: a code, 4xx, 200-299, or error where no response came")
+      ->type_name("STATUS");
+  command->add_flag("--body", watch->body, "Show headers and bodies too");
+  command->add_flag("--all", watch->all, "Begin with what was captured before");
+  command->add_option("--count", watch->count, "End after so many exchanges")->type_name("N");
+  does(command, [&options, watch] { return runWatch(options, *watch); });
+}
+
+/// What both kinds of rule have.
+template <class RuleOptions>
+void addRuleOptions(CLI::App& command, RuleOptions& rule, const char* what) {
+  command.add_option("PATTERN", rule.pattern, "What the URL is compared with")->required();
+  command
+      .add_option("--match", rule.mode,
+                  "How: contains (the default), prefix, or regex (ICU syntax)")
+      ->check(CLI::IsMember({"contains", "prefix", "regex"}))
+      ->type_name("MODE");
+  command.add_option("--method", rule.method, "Only requests of this method")->type_name("METHOD");
+  command.add_option("--rule-name", rule.name, what)->type_name("TEXT");
+}
+
+CLI::App* addRuleCommand(CLI::App& app, const char* name, const char* description) {
+  CLI::App* command = app.add_subcommand(name, description);
+  command->require_subcommand(1);
+  return command;
+}
+
+void addRemove(CLI::App& parent, CommandOptions& options, const SetAction& does,
+               ExitCode (*remove)(const CommandOptions&, const std::string&)) {
+  const auto id = std::make_shared<std::string>();
+  CLI::App* command = addCommand(parent, "remove", "Take a rule away", options);
+  command->add_option("RULE", *id, "The identifier that `add` printed")->required();
+  does(command, [&options, id, remove] { return remove(options, *id); });
+}
+
+void addMock(CLI::App& app, CommandOptions& options, const SetAction& does) {
+  CLI::App* parent =
+      addRuleCommand(app, "mock", "Answer an application's requests in place of the network");
+  const auto mock = std::make_shared<MockOptions>();
+  CLI::App* add = addCommand(*parent, "add", "Add a rule; the first that fits counts", options);
+  add->footer("Prints the rule's identifier; with --json, {\"ruleId\"}.");
+  addRuleOptions(*add, *mock, "What the rule is called");
+  add->add_option("--status", mock->status, "Of the answer; 200 unless given")->type_name("CODE");
+  add->add_option("--body", mock->body, "Of the answer, {} unless given; @FILE takes it from there")
+      ->type_name("TEXT");
+  add->add_option("--header", mock->headers,
+                  "Of the answer; Content-Type: application/json unless any is given")
+      ->type_name("NAME: VALUE");
+  does(add, [&options, mock] { return runMockAdd(options, *mock); });
+  addRemove(*parent, options, does, runMockRemove);
+}
+
+void addIntercept(CLI::App& app, CommandOptions& options, const SetAction& does) {
+  CLI::App* parent = addRuleCommand(app, "intercept", "Have an application's requests fail");
+  const auto intercept = std::make_shared<InterceptOptions>();
+  CLI::App* add = addCommand(*parent, "add", "Add a rule; a mock that fits comes first", options);
+  add->footer("Prints the rule's identifier; with --json, {\"ruleId\"}.");
+  addRuleOptions(*add, *intercept, "What the rule is called; the application's error names it");
+  does(add, [&options, intercept] { return runInterceptAdd(options, *intercept); });
+  addRemove(*parent, options, does, runInterceptRemove);
+}
+
+}  // namespace
+
+void addTrafficCommands(CLI::App& app, CommandOptions& options, const SetAction& does) {
+  addWatch(app, options, does);
+  addMock(app, options, does);
+  addIntercept(app, options, does);
+
+  CLI::App* clear =
+      addCommand(app, "clear", "Forget what an application's probe has captured", options);
+  does(clear, [&options] { return runClear(options); });
+
+  const auto url = std::make_shared<std::string>();
+  CLI::App* open = addCommand(app, "open", "Open a URL inside an application", options);
+  open->add_option("URL", *url, "Handlers that the application registered come first")->required();
+  does(open, [&options, url] { return runOpen(options, *url); });
+
+  const auto file = std::make_shared<std::string>();
+  CLI::App* har =
+      addCommand(app, "har", "Write the exchanges that were kept as an HTTP archive", options);
+  har->add_option("FILE", *file, "Where to; - for standard output")->required();
+  does(har, [&options, file] { return runHar(options, *file); });
+}
+
+}  // namespace tarnix::companion
