@@ -29,7 +29,7 @@ void ReplyObserver::attach(QNetworkReply& reply, std::unique_ptr<Exchange> excha
   if (reply.isFinished()) {
     // Synchronous: everything is there.
     ReplyObserver observer(reply, std::move(exchange));
-    observer.hasHead_ = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    observer.hasHead_ = responseOf(reply).http.has_value();
     observer.collectBody();
     observer.complete();
     return;
@@ -37,6 +37,7 @@ void ReplyObserver::attach(QNetworkReply& reply, std::unique_ptr<Exchange> excha
   auto* const observer = new ReplyObserver(reply, std::move(exchange));
   observer->connectSignals();
   observer->setParent(&reply);
+  reply.installEventFilter(observer);
 }
 
 ReplyObserver::ReplyObserver(QNetworkReply& reply, std::unique_ptr<Exchange> exchange)
@@ -59,14 +60,13 @@ void ReplyObserver::connectSignals() {
   connect(
       &reply_, &QNetworkReply::readyRead, this, [this] { contain([this] { collectBody(); }); },
       Qt::DirectConnection);
-  connect(
+  finished_ = connect(
       &reply_, &QNetworkReply::finished, this,
       [this] {
         contain([this] { collectBody(); });
         contain([this] { complete(); });
       },
       Qt::DirectConnection);
-  reply_.installEventFilter(this);
 }
 
 bool ReplyObserver::eventFilter(QObject* watched, QEvent* event) {
@@ -74,6 +74,10 @@ bool ReplyObserver::eventFilter(QObject* watched, QEvent* event) {
     return false;
   }
   if (event->type() == QEvent::MetaCall) {
+    if (!finished_) {
+      // The application has cut all connections of the reply, ours with its own.
+      connectSignals();
+    }
     if (UploadTap* const tap = exchange_->uploadTap()) {
       contain([tap] { tap->toolkitReads(); });
     }
@@ -81,7 +85,7 @@ bool ReplyObserver::eventFilter(QObject* watched, QEvent* event) {
     // say so together with what it adds next.
     available_ = std::min(available_, reply_.bytesAvailable());
   } else if (event->type() == QEvent::DeferredDelete && reply_.isFinished()) {
-    // The application has cut all connections of the reply, ours too.
+    // It has come to its end without saying so to us.
     contain([this] { complete(); });
   }
   return false;

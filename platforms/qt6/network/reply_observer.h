@@ -41,6 +41,8 @@ class ReplyObserver : public QObject {
   void complete();
 
   QNetworkReply& reply_;
+  /// Of the signal that ends it all.
+  QMetaObject::Connection finished_;
   std::unique_ptr<Exchange> exchange_;
   /// Of the body, how much was in the reply when it was last looked at.
   qint64 available_ = 0;

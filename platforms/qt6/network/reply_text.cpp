@@ -24,8 +24,9 @@ std::string textOf(const QByteArray& bytes) {
 platform::UrlResponse responseOf(const QNetworkReply& reply) {
   platform::UrlResponse response{Url(reply.url().toEncoded().toStdString()), std::nullopt,
                                  std::nullopt};
-  const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
-  if (!status.isValid()) {
+  // A synchronous request that got no response has the status 0.
+  const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+  if (status <= 0) {
     return response;
   }
   std::map<std::string, std::string> headers;
@@ -34,7 +35,7 @@ platform::UrlResponse responseOf(const QNetworkReply& reply) {
   }
   const bool isHttp2 = reply.attribute(QNetworkRequest::Http2WasUsedAttribute).toBool();
   response.mimeType = mimeTypeIn(textOf(reply.rawHeader("Content-Type")));
-  response.http = {status.toInt(), isHttp2 ? "HTTP/2" : "HTTP/1.1", std::move(headers)};
+  response.http = {status, isHttp2 ? "HTTP/2" : "HTTP/1.1", std::move(headers)};
   return response;
 }
 

@@ -14,7 +14,7 @@ import time
 import urllib.parse
 
 DATE = b"Date: Thu, 01 Jan 2026 00:00:00 GMT\r\n"
-REASONS = {200: "OK", 201: "Created", 204: "No Content", 301: "Moved Permanently", 302: "Found",
+REASONS = {200: "OK", 201: "Created", 202: "Accepted", 204: "No Content", 301: "Moved Permanently", 302: "Found",
            303: "See Other", 304: "Not Modified", 307: "Temporary Redirect",
            308: "Permanent Redirect", 400: "Bad Request", 401: "Unauthorized", 403: "Forbidden",
            404: "Not Found", 405: "Method Not Allowed", 409: "Conflict", 410: "Gone",

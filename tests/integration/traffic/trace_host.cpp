@@ -2,7 +2,9 @@
 // every signal in its order with the state of the reply at that moment, attributes, headers, bytes.
 // Run twice, with and without the probe, it must write the same.
 //
-//   trace_host http://127.0.0.1:PORT SCENARIO...
+//   trace_host http://127.0.0.1:PORT
+//
+// lists its scenarios, then runs each one that standard input names, until that ends.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -396,6 +398,7 @@ std::map<QString, std::function<void()>> scenarios() {
   };
   add("get", get("/plain?a=1#top"));
   add("get-empty", get("/status?code=200"));
+  add("accepted", get("/status?code=202"));
   add("head", [] { simple([](auto& manager) { return manager.head(request("/plain")); }); });
   add("post", [] {
     simple([](auto& manager) {
@@ -729,32 +732,49 @@ std::map<QString, std::function<void()>> scenarios() {
   return all;
 }
 
+/// The next line of standard input; the event loop runs while it is waited for. Null at the end.
+QString nextLine() {
+  QByteArray line;
+  bool isOver = false;
+  QEventLoop loop;
+  std::unique_ptr<QThread> reader(QThread::create([&] {
+    for (int letter = std::getchar(); letter != '\n'; letter = std::getchar()) {
+      if (letter == EOF) {
+        isOver = true;
+        return;
+      }
+      line += static_cast<char>(letter);
+    }
+  }));
+  QObject::connect(reader.get(), &QThread::finished, &loop, &QEventLoop::quit);
+  reader->start();
+  loop.exec();
+  reader->wait();
+  return isOver ? QString() : QString::fromUtf8(line);
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
   QGuiApplication application(argumentCount, arguments);
   const QStringList words = application.arguments();
-  if (words.size() < 2) {
+  if (words.size() != 2) {
     return 2;
   }
   base = words[1];
   const auto all = scenarios();
-  if (words.size() == 2) {
-    for (const auto& [name, run] : all) {
-      std::printf("%s\n", qPrintable(name));
-    }
-    return 0;
+  for (const auto& [name, run] : all) {
+    say(name);
   }
-  // The time after which the probe, if it is there, watches.
-  spin(qEnvironmentVariableIntValue("TRACE_HOST_DELAY"));
-  for (const QString& name : words.mid(2)) {
-    const auto scenario = all.find(name);
-    if (scenario == all.end()) {
-      std::printf("no scenario %s\n", qPrintable(name));
-      return 2;
+  say("== ready");
+  std::fflush(stdout);
+  for (QString name = nextLine(); !name.isNull(); name = nextLine()) {
+    if (const auto scenario = all.find(name); scenario != all.end()) {
+      scenario->second();
+    } else {
+      say("no such scenario");
     }
-    say("== " + name);
-    scenario->second();
+    say("== done");
     std::fflush(stdout);
   }
   return 0;
