@@ -97,8 +97,7 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
 
 constexpr bool rowsStandInOrder() {
   for (std::size_t row = 0; row < routes.size(); ++row) {
-    if (static_cast<std::size_t>(routes[row].type) != row ||
-        (routes[row].kind == Route::Kind::handled) != (routes[row].handler != nullptr)) {
+    if (static_cast<std::size_t>(routes[row].type) != row) {
       return false;
     }
   }
