@@ -81,8 +81,7 @@ ExitCode reportStartFailure(const std::string& program, StartFailure failure,
 
 /// Attends to the child until it ends, and tells once where its probe, or that of an application
 /// which it started, listens.
-ProcessEnd attendUntilEnd(ChildProcess& child, pid_t pid, HostWatch& watch,
-                          const CommandOptions& options) {
+ProcessEnd attendUntilEnd(ChildProcess& child, HostWatch& watch, const CommandOptions& options) {
   const Deadline markerTrusted = deadlineIn(markerPatience);
   const Deadline deadline = deadlineIn(options.timeout());
   bool isAnnounced = false;
@@ -93,7 +92,8 @@ ProcessEnd attendUntilEnd(ChildProcess& child, pid_t pid, HostWatch& watch,
     if (const ProcessEnd* processEnd = std::get_if<ProcessEnd>(&end)) {
       return *processEnd;
     }
-    if (const auto host = watch.look(pid, isOver(markerTrusted))) {
+    // What a launcher left behind is our own child by now, so the search begins here.
+    if (const auto host = watch.look(getpid(), isOver(markerTrusted))) {
       announce(*host, options);
       isAnnounced = true;
     } else if (!isMissed && isOver(deadline)) {
@@ -127,7 +127,7 @@ int runApplication(const CommandOptions& options, const std::vector<std::string>
   if (const StartFailure* failure = std::get_if<StartFailure>(&started)) {
     return static_cast<int>(reportStartFailure(commandLine.front(), *failure, options));
   }
-  return child.endAlike(attendUntilEnd(child, std::get<pid_t>(started), watch, options));
+  return child.endAlike(attendUntilEnd(child, watch, options));
 }
 
 }  // namespace tarnix::companion
