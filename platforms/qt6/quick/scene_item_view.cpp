@@ -29,7 +29,14 @@ QRectF SceneItemView::area() const {
       .translated(place_.surroundings->origin);
 }
 
-QRectF SceneItemView::seenArea() const {
+const QRectF& SceneItemView::elementArea() const {
+  if (!elementArea_) {
+    elementArea_ = findElementArea();
+  }
+  return *elementArea_;
+}
+
+QRectF SceneItemView::findElementArea() const {
   const Surroundings& surroundings = *place_.surroundings;
   const QRectF whole = area();
   const QRegion covered = scene_.covers().over(paintOrder_, whole);
@@ -43,7 +50,7 @@ QRectF SceneItemView::seenArea() const {
 
 platform::Rect SceneItemView::accessibilityFrame() const {
   // What is an element is where it can be pointed at; any other view is where it is.
-  return frameOf(isAccessibilityElement() ? seenArea() : area());
+  return frameOf(isAccessibilityElement() ? elementArea() : area());
 }
 
 std::optional<std::string> SceneItemView::accessibilityValue() const {
@@ -58,8 +65,11 @@ std::vector<std::shared_ptr<platform::View>> SceneItemView::subviews() const {
     // A hidden item, which hardly anybody looks into.
     scene_.expand(const_cast<SceneItemView&>(*this), depth_);
   }
-  const std::shared_ptr<Scene> scene = scene_.shared_from_this();
   std::vector<std::shared_ptr<View>> result;
+  if (children_.empty()) {
+    return result;
+  }
+  const std::shared_ptr<Scene> scene = scene_.shared_from_this();
   result.reserve(children_.size());
   for (SceneItemView* child : children_) {
     result.emplace_back(scene, child);

@@ -33,7 +33,7 @@ class SceneItemView : public platform::View {
   std::vector<std::shared_ptr<View>> subviews() const override;
   bool isTextField() const override { return item_ != nullptr && description_.isTextField; }
   bool isAccessibilityElement() const override {
-    return item_ != nullptr && description_.isElement && !seenArea().isEmpty();
+    return item_ != nullptr && description_.isElement && !elementArea().isEmpty();
   }
   std::string accessibilityLabel() const override {
     return item_ == nullptr ? std::string() : description_.label.toStdString();
@@ -63,8 +63,9 @@ class SceneItemView : public platform::View {
   void setChildren(std::vector<SceneItemView*> children);
 
  private:
-  /// What can be seen of it, on the screen.
-  QRectF seenArea() const;
+  /// What can be seen of it, on the screen, and where it can be pointed at.
+  const QRectF& elementArea() const;
+  QRectF findElementArea() const;
 
   Scene& scene_;
   QPointer<QQuickItem> item_;
@@ -72,6 +73,8 @@ class SceneItemView : public platform::View {
   Place place_;
   ItemDescription description_;
   std::vector<SceneItemView*> children_;
+  // Found when it is first asked for: what hides the item is known once the scene is complete.
+  mutable std::optional<QRectF> elementArea_;
   int depth_;
   int paintOrder_ = 0;
   bool isExpanded_ = false;

@@ -4,6 +4,8 @@
 #include <QTextDocument>
 #include <QTextFragment>
 
+#include "platforms/qt6/shared/simple_markup.h"
+
 namespace tarnix::qt6 {
 
 namespace {
@@ -44,6 +46,11 @@ VisibleText visibleText(const QString& text, TextFormat format) {
       // Most texts that say that they are styled are not.
       (format != TextFormat::markdown && !text.contains(u'<') && !text.contains(u'&'))) {
     return {text.left(maximumTextLength), false};
+  }
+  if (format != TextFormat::markdown) {
+    if (const std::optional<VisibleText> read = readSimpleMarkup(text.left(maximumTextLength))) {
+      return *read;
+    }
   }
   QTextDocument document;
   document.setUndoRedoEnabled(false);

@@ -31,7 +31,11 @@ std::vector<std::string> underTarnix(std::vector<std::string> commandLine,
 }
 
 /// `tarnix run` beside the test; it brings the library itself.
-HostOptions unprobed() { return {{}, false}; }
+HostOptions unprobed() {
+  HostOptions options;
+  options.isProbed = false;
+  return options;
+}
 
 struct ReadyLine {
   std::string application;

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 
 #include "companion/client/companion_client.h"
 #include "tests/integration/end_to_end/applications.h"
@@ -64,6 +61,22 @@ TEST(Screen, HasTheToolBarOfABoardGame) {
     ASSERT_TRUE(element) << label;
     EXPECT_EQ(element->tag, "button") << label;
   }
+}
+
+TEST(Screen, HasTheControlsOfATextEditor) {
+  // They are hidden behind the page otherwise, until the mouse comes near.
+  HostOptions options;
+  options.homeFiles = {{"config/GottCode/FocusWriter.conf",
+                        "[View]\nAlwaysShowHeader=true\nAlwaysShowFooter=true\n"}};
+  HostProcess host(focuswriter().commandLine, options);
+  const auto elements = screenWith(host, "Close Tab");
+  for (const char* label : {"File", "Edit", "Format", "Tools", "Settings", "Help", "New", "Open",
+                            "Paste", "(Untitled 1)", "Close Tab"}) {
+    const auto element = elementWithLabel(elements, label);
+    ASSERT_TRUE(element) << label;
+    EXPECT_EQ(element->tag, "button") << label;
+  }
+  EXPECT_TRUE(elementWithLabel(elements, "Words: 0"));
 }
 
 TEST(Screen, HasTenThousandItems) {

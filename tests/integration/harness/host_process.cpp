@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "companion/discovery/process_scanner.h"
 #include "tests/integration/harness/wait_until.h"
@@ -38,6 +39,10 @@ Variables headlessVariables(const companion::TemporaryFolder& home) {
 }
 
 HostProcess::HostProcess(const std::vector<std::string>& commandLine, const HostOptions& options) {
+  for (const auto& [name, contents] : options.homeFiles) {
+    std::filesystem::create_directories((home_ / name).parent_path());
+    std::ofstream(home_ / name) << contents;
+  }
   Variables variables = headlessVariables(home_);
   if (options.isProbed) {
     variables.emplace_back("LD_PRELOAD", TARNIX_LIBRARY_DIRECTORY "/libtarnixprobe.so");
@@ -115,6 +120,47 @@ void HostProcess::signal(int number) const {
   if (pid_ > 0 && !end_) {
     kill(pid_, number);
   }
+}
+
+std::size_t HostProcess::peakMemory() const {
+  std::ifstream file("/proc/" + std::to_string(pid_) + "/status");
+  std::string word;
+  while (file >> word) {
+    if (std::size_t kilobytes = 0; word == "VmHWM:" && file >> kilobytes) {
+      return kilobytes * 1024;
+    }
+  }
+  return 0;
+}
+
+unsigned long HostProcess::processorTime() const {
+  std::ifstream file("/proc/" + std::to_string(pid_) + "/stat");
+  std::string text;
+  std::getline(file, text);
+  std::istringstream rest(text.substr(std::min(text.rfind(')') + 1, text.size())));
+  std::string skipped;
+  // From the state to the last fault count.
+  constexpr int fieldsBefore = 11;
+  for (int field = 0; field < fieldsBefore; ++field) {
+    rest >> skipped;
+  }
+  unsigned long user = 0;
+  unsigned long system = 0;
+  rest >> user >> system;
+  return user + system;
+}
+
+bool HostProcess::waitUntilIdle() const {
+  constexpr std::chrono::milliseconds quiet{500};
+  unsigned long last = processorTime();
+  auto since = std::chrono::steady_clock::now();
+  return waitUntil([&] {
+    if (const unsigned long now = processorTime(); now != last) {
+      last = now;
+      since = std::chrono::steady_clock::now();
+    }
+    return std::chrono::steady_clock::now() - since > quiet;
+  });
 }
 
 std::size_t HostProcess::residentMemory() const {

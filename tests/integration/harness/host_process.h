@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/companion/spawn.h"
@@ -15,9 +16,11 @@ namespace tarnix::integration {
 
 struct HostOptions {
   /// On top of what every host gets.
-  companion::Variables variables;
+  companion::Variables variables = {};
   /// Whether the library is preloaded.
   bool isProbed = true;
+  /// Files that its home has before it starts: path inside of it, and contents.
+  std::vector<std::pair<std::string, std::string>> homeFiles = {};
 };
 
 /// A real application, headless, with the probe in it, with a home of its own and in a process
@@ -48,10 +51,16 @@ class HostProcess {
 
   /// In bytes.
   std::size_t residentMemory() const;
+  /// The most that it ever had, in bytes.
+  std::size_t peakMemory() const;
+  /// Waits until it has had nothing to do for a while.
+  bool waitUntilIdle() const;
 
   const companion::TemporaryFolder& home() const { return home_; }
 
  private:
+  /// In clock ticks.
+  unsigned long processorTime() const;
   /// Looks whether it has ended, without waiting.
   void reap();
 

@@ -111,6 +111,11 @@ std::optional<CompanionMessage> RawCompanion::receive(CompanionMessageType type,
   }
 }
 
+bool RawCompanion::isClosedByHost() const {
+  pollfd source{socket_.get(), POLLRDHUP, 0};
+  return poll(&source, 1, 0) == 1;
+}
+
 bool RawCompanion::waitForEnd() {
   const auto deadline = Clock::now() + patience;
   std::array<char, 65'536> block{};

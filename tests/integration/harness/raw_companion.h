@@ -35,6 +35,8 @@ class RawCompanion {
   /// The next message of that type; others are passed over.
   std::optional<CompanionMessage> receive(CompanionMessageType type,
                                           std::chrono::steady_clock::duration time = patience);
+  /// Whether the host has closed, told without reading anything.
+  bool isClosedByHost() const;
   /// Reads until the host closes.
   bool waitForEnd();
 
