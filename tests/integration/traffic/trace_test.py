@@ -13,6 +13,15 @@ from traffic_support import *
 TRIES = 8
 
 
+def without_chance_progress(trace):
+    """Of reports that follow each other on how much of an upload has gone out, the last one stays.
+
+    Where a body is cut that its device hands over bit by bit is a matter of how busy the machine is.
+    """
+    return [line for line, following in zip(trace, trace[1:] + [""])
+            if not ("uploadProgress" in line and "uploadProgress" in following)]
+
+
 class Traces(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -35,7 +44,7 @@ class Traces(unittest.TestCase):
         # several connections is first is a matter of chance.
         reached = sorted(json.dumps({key: value for key, value in request.items()})
                          for request in self.server.take_requests())
-        return "\n".join(trace + reached)
+        return "\n".join(without_chance_progress(trace) + reached)
 
     def test_is_the_same(self):
         for scenario in self.bare.scenarios:
