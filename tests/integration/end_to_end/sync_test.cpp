@@ -20,6 +20,9 @@ struct Sample {
   std::string appName;
 };
 
+// Found by GoogleTest when it names a test.
+void PrintTo(const Sample& sample, std::ostream* stream) { *stream << sample.application.name; }
+
 class SyncOfARealApplication : public testing::TestWithParam<Sample> {};
 
 TEST_P(SyncOfARealApplication, ComesFirstAndDescribesTheHost) {

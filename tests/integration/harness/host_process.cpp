@@ -1,5 +1,6 @@
 #include "tests/integration/harness/host_process.h"
 
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -83,7 +84,13 @@ std::uint16_t HostProcess::port() {
     }
     return isAlive() ? std::nullopt : std::optional(ProbedProcess{});
   });
-  return found && !found->ports.empty() ? found->ports.front() : 0;
+  if (found && !found->ports.empty()) {
+    return found->ports.front();
+  }
+  ADD_FAILURE() << "no probe listens; the host is " << (isAlive() ? "alive" : "gone") << ", used "
+                << processorTime() << " clock ticks, and said:\n"
+                << errors_.text();
+  return 0;
 }
 
 std::optional<pid_t> HostProcess::probedDescendant() {

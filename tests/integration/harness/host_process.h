@@ -35,7 +35,7 @@ class HostProcess {
 
   pid_t pid() const { return pid_; }
 
-  /// Waits for the probe to listen; 0 when it does not come to that.
+  /// Waits for the probe to listen; a failure of the test and 0 when it does not come to that.
   std::uint16_t port();
   /// The same for a program that starts the application.
   std::optional<pid_t> probedDescendant();

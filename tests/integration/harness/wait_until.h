@@ -6,7 +6,7 @@
 namespace tarnix::integration {
 
 /// Bounds what a test waits for. A machine that is busy with other builds needs much of it.
-inline constexpr std::chrono::seconds patience{30};
+inline constexpr std::chrono::seconds patience{60};
 
 /// Asks again and again; returns the first value that is true, or the last one.
 template <class Condition>
