@@ -484,6 +484,7 @@ std::map<QString, std::function<void()>> scenarios() {
       return manager.get(looping);
     });
   });
+  add("redirect-to-refusal", get("/status?code=302&location=http://127.0.0.1:1/"));
   add("redirect-to-nowhere", get("/status?code=302&location=ftp://nowhere.test/"));
   add("authentication", [] {
     QNetworkAccessManager manager;
