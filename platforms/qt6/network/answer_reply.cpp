@@ -28,6 +28,40 @@ bool hasSameOrigin(const QUrl& one, const QUrl& other) {
              other.port(other.scheme() == "https" ? 443 : 80);
 }
 
+void setDefault(QNetworkRequest& request, QNetworkRequest::Attribute attribute,
+                const QVariant& value) {
+  if (!request.attribute(attribute).isValid()) {
+    request.setAttribute(attribute, value);
+  }
+}
+
+/// With what the toolkit adds to a request before it goes out.
+QNetworkRequest completed(const HostRequest& request) {
+  QNetworkRequest result = request.request;
+  if (request.manager->redirectPolicy() != QNetworkRequest::NoLessSafeRedirectPolicy) {
+    setDefault(result, QNetworkRequest::RedirectPolicyAttribute, request.manager->redirectPolicy());
+  }
+  if (request.manager->autoDeleteReplies()) {
+    setDefault(result, QNetworkRequest::AutoDeleteReplyOnFinishAttribute, true);
+  }
+  if (request.body != nullptr && !request.body->isSequential() &&
+      !result.header(QNetworkRequest::ContentLengthHeader).isValid()) {
+    result.setHeader(QNetworkRequest::ContentLengthHeader,
+                     request.body->size() - request.body->pos());
+  }
+  const QVariant control =
+      result.attribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Automatic);
+  QNetworkCookieJar* const jar =
+      control.toInt() == QNetworkRequest::Automatic ? request.manager->cookieJar() : nullptr;
+  if (jar != nullptr) {
+    if (const QList<QNetworkCookie> cookies = jar->cookiesForUrl(result.url());
+        !cookies.isEmpty()) {
+      result.setHeader(QNetworkRequest::CookieHeader, QVariant::fromValue(cookies));
+    }
+  }
+  return result;
+}
+
 /// The toolkit's own words, translated if the application translates them.
 QString statusErrorText(const QUrl& url, int status) {
   if (status == 401) {
@@ -42,11 +76,12 @@ QString statusErrorText(const QUrl& url, int status) {
 AnswerReply::AnswerReply(const HostRequest& request, const Answer& answer)
     : QNetworkReply(request.manager),
       manager_(request.manager),
+      requestedOperation_(request.operation),
       requestBody_(request.body),
       answer_(answer),
       redirectsLeft_(request.request.maximumRedirectsAllowed()) {
   setOperation(request.operation);
-  setRequest(request.request);
+  setRequest(completed(request));
   setUrl(request.request.url());
   setAttribute(QNetworkRequest::ConnectionEncryptedAttribute, url().scheme() == "https");
   if (request.body != nullptr && !request.body->isSequential()) {
@@ -222,23 +257,23 @@ void AnswerReply::redirect() {
   if (target_.fragment().isEmpty()) {
     target_.setFragment(url().fragment());
   }
-  for (const auto& [name, value] : rawHeaderPairs()) {
-    setRawHeader(name, QByteArray());
-  }
   const int status = static_cast<int>(answer_.response->http->statusCode);
   setOperation(operationAfterRedirect(operation(), status));
   setUrl(target_);
   if (policyOf(request()) == QNetworkRequest::UserVerifiedRedirectPolicy) {
     connect(this, &QNetworkReply::redirectAllowed, this, [this] {
       if (next_ == nullptr && !isFinished()) {
+        forgetHeaders();
         QMetaObject::invokeMethod(
             this, [this] { followRedirect(); }, Qt::QueuedConnection);
       }
     });
   } else if (isSynchronous()) {
+    forgetHeaders();
     followRedirect();
     return;
   } else {
+    forgetHeaders();
     QMetaObject::invokeMethod(
         this, [this] { followRedirect(); }, Qt::QueuedConnection);
   }
@@ -269,7 +304,9 @@ void AnswerReply::followRedirect() {
 
 void AnswerReply::adopt(QNetworkReply& next) {
   const auto end = [this, &next] {
-    copyHeadOf(next);
+    if (next.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()) {
+      copyHeadOf(next);
+    }
     unread_ += next.readAll();
     received_ = std::max<qint64>(received_, unread_.size());
     if (next.error() != NoError) {
@@ -296,6 +333,7 @@ void AnswerReply::adopt(QNetworkReply& next) {
     }
   });
   connect(&next, &QNetworkReply::redirected, this, [this, &next](const QUrl& url) {
+    forgetHeaders();
     setUrl(url);
     setOperation(next.operation());
     Q_EMIT redirected(url);
@@ -314,7 +352,14 @@ void AnswerReply::adopt(QNetworkReply& next) {
   connect(&next, &QNetworkReply::finished, this, end);
 }
 
+void AnswerReply::forgetHeaders() {
+  for (const QByteArray& name : rawHeaderList()) {
+    setRawHeader(name, QByteArray());
+  }
+}
+
 void AnswerReply::copyHeadOf(const QNetworkReply& next) {
+  forgetHeaders();
   for (int code = 0; code < QNetworkRequest::User; ++code) {
     const auto attribute = static_cast<QNetworkRequest::Attribute>(code);
     // The buffer belongs to the other reply.
@@ -341,7 +386,8 @@ void AnswerReply::finish() {
   setFinished(true);
   const QVariant length = header(QNetworkRequest::ContentLengthHeader);
   Q_EMIT downloadProgress(received_, length.isValid() ? length.toLongLong() : received_);
-  if (self != nullptr && uploadSize_ >= 0) {
+  // Not when a redirect has made another method of it.
+  if (self != nullptr && uploadSize_ >= 0 && operation() == requestedOperation_) {
     Q_EMIT uploadProgress(0, 0);
   }
   if (self != nullptr) {

@@ -51,6 +51,7 @@ class AnswerReply : public QNetworkReply {
   void redirect();
   void followRedirect();
   void adopt(QNetworkReply& next);
+  void forgetHeaders();
   void copyHeadOf(const QNetworkReply& next);
 
   void fail(NetworkError code, const QString& text);
@@ -58,6 +59,7 @@ class AnswerReply : public QNetworkReply {
   void cancel();
 
   QPointer<QNetworkAccessManager> manager_;
+  const QNetworkAccessManager::Operation requestedOperation_;
   QPointer<QIODevice> requestBody_;
   qint64 uploadSize_ = -1;
   Answer answer_;

@@ -83,7 +83,9 @@ bool ReplyObserver::eventFilter(QObject* watched, QEvent* event) {
     }
     // Less than before: the application has read. More: the toolkit has added something and will
     // say so together with what it adds next.
-    available_ = std::min(available_, reply_.bytesAvailable());
+    if (observed_ < observedResponseBytes) {
+      available_ = std::min(available_, reply_.bytesAvailable());
+    }
   } else if (event->type() == QEvent::DeferredDelete && reply_.isFinished()) {
     // It has come to its end without saying so to us.
     contain([this] { complete(); });

@@ -25,10 +25,12 @@
 #include <QTemporaryFile>
 #include <QThread>
 #include <QTimer>
+#include <atomic>
 #include <cstdio>
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -484,6 +486,7 @@ std::map<QString, std::function<void()>> scenarios() {
       return manager.get(looping);
     });
   });
+  add("redirect-to-refusal", get("/status?code=302&location=http://127.0.0.1:1/"));
   add("redirect-to-nowhere", get("/status?code=302&location=ftp://nowhere.test/"));
   add("authentication", [] {
     QNetworkAccessManager manager;
@@ -729,7 +732,60 @@ std::map<QString, std::function<void()>> scenarios() {
     thread->start();
     thread->wait();
   });
+  add("gigabyte", [] {
+    QNetworkAccessManager manager;
+    QNetworkReply* const reply = manager.get(request("/bytes?size=1073741824"));
+    // Without a limit the toolkit takes in whatever comes faster than it is read.
+    reply->setReadBufferSize(4'000'000);
+    qint64 received = 0;
+    QObject::connect(reply, &QNetworkReply::readyRead,
+                     [&] { received += reply->readAll().size(); });
+    wait(reply);
+    say(QString("  received %1").arg(received + reply->readAll().size()));
+    delete reply;
+  });
+  add("load", [] {
+    std::atomic<int> wrong = 0;
+    std::vector<std::unique_ptr<QThread>> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+      threads.emplace_back(QThread::create([&wrong, thread] {
+        QNetworkAccessManager manager;
+        for (int turn = 0; turn < 250; ++turn) {
+          const int size = thread * 1'000 + turn;
+          QNetworkReply* const reply = manager.get(request(QString("/bytes?size=%1").arg(size)));
+          wait(reply);
+          wrong +=
+              reply->error() == QNetworkReply::NoError && reply->readAll().size() == size ? 0 : 1;
+          delete reply;
+        }
+      }));
+      threads.back()->start();
+    }
+    for (const std::unique_ptr<QThread>& thread : threads) {
+      while (!thread->wait(1)) {
+        // The main thread's own work goes on: it carries out what a companion sends.
+        spin(10);
+      }
+    }
+    say(QString("  wrong %1").arg(wrong.load()));
+  });
   return all;
+}
+
+/// A thread that makes one request after the other from before there is an event loop.
+std::unique_ptr<QThread> startSteadyRequests(int count) {
+  std::unique_ptr<QThread> thread(QThread::create([count] {
+    QNetworkAccessManager manager;
+    for (int number = 1; number <= count; ++number) {
+      QNetworkReply* const reply =
+          manager.get(request(QString("/bytes?size=1&number=%1").arg(number)));
+      wait(reply);
+      delete reply;
+      QThread::msleep(4);
+    }
+  }));
+  thread->start();
+  return thread;
 }
 
 /// The next line of standard input; the event loop runs while it is waited for. Null at the end.
@@ -763,6 +819,10 @@ int main(int argumentCount, char** arguments) {
   }
   base = words[1];
   const auto all = scenarios();
+  std::unique_ptr<QThread> steady;
+  if (const int count = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_REQUESTS"); count > 0) {
+    steady = startSteadyRequests(count);
+  }
   for (const auto& [name, run] : all) {
     say(name);
   }
@@ -776,6 +836,9 @@ int main(int argumentCount, char** arguments) {
     }
     say("== done");
     std::fflush(stdout);
+  }
+  if (steady != nullptr) {
+    steady->wait();
   }
   return 0;
 }

@@ -82,11 +82,17 @@ class Process:
         if self.process.poll() is None:
             self.process.kill()
         self.process.wait()
+        self.reader.join(TIME_LIMIT)
+        for stream in (self.process.stdin, self.process.stdout, self.process.stderr):
+            stream.close()
 
 
 class TraceHost(Process):
-    def __init__(self, server, with_probe):
+    def __init__(self, server, with_probe, **variables):
+        os.environ.update(variables)
         super().__init__([TRACE_HOST, f"http://127.0.0.1:{server.port}"], with_probe)
+        for name in variables:
+            del os.environ[name]
         self.scenarios = self.read_block("== ready")
 
     def read_block(self, last):
