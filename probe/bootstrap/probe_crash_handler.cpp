@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "probe/bootstrap/crash_report.h"
+#include "probe/model/crash_report.h"
 #include "probe/capture/probelog.h"
 #include "probe/capture/utf8.h"
 #include "probe/link/indented_json.h"
