@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "companion/command/log_filter_options.h"
 #include "companion/command/runtime_commands.h"
 
 namespace tarnix::companion {
@@ -11,15 +12,6 @@ namespace {
 
 /// Where nothing else is said, as many as fit beside the rest on a screen.
 constexpr std::uint64_t newestShown = 100;
-
-std::string setLevel(LogFilter& filter, const std::string& name) {
-  const std::optional<LogLevel> level = logLevel(name);
-  if (!level) {
-    return "A level is debug, info, warn or error";
-  }
-  filter.lowest = *level;
-  return "";
-}
 
 }  // namespace
 
@@ -32,16 +24,7 @@ void addRuntimeCommands(CLI::App& app, CommandOptions& options,
   addTargetOptions(*logsCommand, options);
   addOutputOptions(*logsCommand, options);
   logsCommand->add_flag("-f,--follow", logs->follow, "Go on with new lines, until Ctrl-C");
-  logsCommand
-      ->add_option_function<std::string>(
-          "--level", [](const std::string&) {},
-          "Only this level and worse: debug, info, warn, error")
-      ->check([logs](const std::string& name) { return setLevel(logs->filter, name); })
-      ->type_name("LEVEL");
-  logsCommand->add_option("--category", logs->filter.category, "Only categories with this in them")
-      ->type_name("TEXT");
-  logsCommand->add_option("--text", logs->filter.text, "Only messages with this in them")
-      ->type_name("TEXT");
+  addLogFilterOptions(*logsCommand, logs->filter);
   logsCommand
       ->add_option("--newest", logs->newest, "How many of the lines that are there; 0 for all")
       ->type_name("N")

@@ -89,7 +89,7 @@ TEST(LogsCommand, Filters) {
 TEST(LogsCommand, RefusesALevelThatIsNone) {
   const ProgramResult result = tarnix({"logs", "--level", "loud", "--port", "1"});
   EXPECT_EQ(result.exitCode(), static_cast<int>(ExitCode::usage));
-  EXPECT_NE(result.errors.find("A level is debug, info, warn or error"), std::string::npos);
+  EXPECT_NE(result.errors.find("a level is debug, info, warn or error"), std::string::npos);
 }
 
 TEST(LogsCommand, PrintsEntriesAsTheProbeSendsThem) {
@@ -117,6 +117,48 @@ TEST(LogsCommand, FollowsOverALossAndShowsEachLineOnce) {
   EXPECT_EQ(logs(server, {"--follow", "--count", "4"}),
             (std::vector<std::string>{"DEBUG  app: starting", "INFO   Net.HTTP: connected",
                                       "INFO   app: later", "INFO   app: last"}));
+}
+
+TransferableNetworkRequest exchangeAt(double seconds) {
+  TransferableNetworkRequest exchange;
+  exchange.id = Uuid::random();
+  exchange.timestamp = {seconds};
+  exchange.method = "GET";
+  exchange.url = "http://shop.example/cart";
+  exchange.host = "shop.example";
+  exchange.path = "/cart";
+  exchange.statusCode = 200;
+  return exchange;
+}
+
+TEST(WatchCommand, ShowsTheLogBesideTheExchanges) {
+  const auto script = [](ScriptedPeer& peer) {
+    FullSyncPayload sync;
+    sync.logEntries = {captured[0], captured[1]};
+    sync.logEntries[0].timestamp = {10};
+    sync.logEntries[1].timestamp = {30};
+    sync.httpRequests = {exchangeAt(20)};
+    peer.send(Type::syncFull, encodeJson(sync).value());
+    peer.send(Type::eventLog, encodeJson(captured[3]).value());
+    peer.send(Type::eventHttpRequest, encodeJson(exchangeAt(40)).value());
+    peer.waitForEnd();
+  };
+  const ScriptedServer server({script});
+  const auto watch = [&](std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"watch", "--port", std::to_string(server.port())});
+    const ProgramResult result = tarnix(arguments);
+    EXPECT_EQ(result.exitCode(), 0) << result.errors;
+    std::vector<std::string> firstWords;
+    for (const std::string& line : linesOf(result)) {
+      firstWords.push_back(line.substr(0, line.find(' ')));
+    }
+    return firstWords;
+  };
+  using Words = std::vector<std::string>;
+  EXPECT_EQ(watch({"--all", "--count", "5"}), (Words{"DEBUG", "GET", "INFO", "ERROR", "GET"}));
+  EXPECT_EQ(watch({"--count", "2"}), (Words{"ERROR", "GET"}));
+  EXPECT_EQ(watch({"--all", "--level", "error", "--count", "3"}), (Words{"GET", "ERROR", "GET"}));
+  EXPECT_EQ(watch({"--all", "--no-log", "--count", "2"}), (Words{"GET", "GET"}));
 }
 
 TEST(LogFilter, KnowsLevelsByTheirNames) {
