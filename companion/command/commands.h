@@ -7,6 +7,7 @@
 
 #include "companion/command/command_options.h"
 #include "companion/command/exit_code.h"
+#include "companion/command/log_filter.h"
 
 /// What `tarnix` does, one function a command. Each prints its results on standard output and its
 /// troubles on standard error.
@@ -70,13 +71,15 @@ struct WatchOptions {
   /// See `ExchangeFilter`.
   std::vector<std::string> statuses;
   bool body = false;
-  /// Ends after so many exchanges were shown; 0: never.
+  /// Lines of the log beside the exchanges; absent: none.
+  std::optional<LogFilter> log = LogFilter();
+  /// Ends after so many exchanges and lines were shown; 0: never.
   std::uint64_t count = 0;
   /// Also what was captured before.
   bool all = false;
 };
 
-/// Shows exchanges as they happen, until it is interrupted.
+/// Shows exchanges and lines of the log as they happen, until it is interrupted.
 ExitCode runWatch(const CommandOptions& options, const WatchOptions& watch);
 
 /// Writes the exchanges that the probe has kept to a file, as an HTTP archive.

@@ -1,8 +1,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
-#include <ctime>
 #include <string>
 #include <vector>
 
@@ -11,6 +9,7 @@
 #include "companion/command/standard_output.h"
 #include "companion/output/display_text.h"
 #include "companion/output/table.h"
+#include "companion/output/time_of_day.h"
 #include "probe/model/full_sync_payload.h"
 
 namespace tarnix::companion {
@@ -18,18 +17,6 @@ namespace {
 
 // As much as fits on a screen beside the rest.
 constexpr std::size_t newestShown = 20;
-
-/// Local time of day, to the millisecond.
-std::string timeOfDay(Timestamp timestamp) {
-  const auto time = timestamp.toTimePoint();
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
-  std::tm local{};
-  localtime_r(&seconds, &local);
-  const auto fraction = std::chrono::floor<std::chrono::milliseconds>(
-      time - std::chrono::floor<std::chrono::seconds>(time));
-  return fmt::format("{:02}:{:02}:{:02}.{:03}", local.tm_hour, local.tm_min, local.tm_sec,
-                     fraction.count());
-}
 
 std::string outcomeOf(const TransferableNetworkRequest& request) {
   if (request.statusCode) {

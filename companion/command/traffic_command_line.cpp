@@ -5,6 +5,7 @@
 #include <string>
 
 #include "companion/command/commands.h"
+#include "companion/command/log_filter_options.h"
 
 namespace tarnix::companion {
 namespace {
@@ -19,10 +20,11 @@ CLI::App* addCommand(CLI::App& parent, const char* name, const char* description
 
 void addWatch(CLI::App& app, CommandOptions& options, const SetAction& does) {
   const auto watch = std::make_shared<WatchOptions>();
-  CLI::App* command =
-      addCommand(app, "watch", "Show an application's HTTP exchanges as they happen", options);
+  CLI::App* command = addCommand(
+      app, "watch", "Show an application's HTTP exchanges and log as they happen", options);
   command->footer(
-      "--json prints each exchange as the probe sends it, one on a line. The command "
+      "--json prints each exchange and each line of the log as the probe sends it, one on a line. "
+      "The command "
       "waits for the application when it is started again, and ends with Ctrl-C.");
   command->add_option("--only-host", watch->hosts, "Only hosts with this in their name")
       ->type_name("TEXT");
@@ -33,7 +35,11 @@ void addWatch(CLI::App& app, CommandOptions& options, const SetAction& does) {
       ->type_name("STATUS");
   command->add_flag("--body", watch->body, "Show headers and bodies too");
   command->add_flag("--all", watch->all, "Begin with what was captured before");
-  command->add_option("--count", watch->count, "End after so many exchanges")->type_name("N");
+  command->add_option("--count", watch->count, "End after so many exchanges and lines")
+      ->type_name("N");
+  addLogFilterOptions(*command, *watch->log);
+  command->add_flag_callback(
+      "--no-log", [watch] { watch->log.reset(); }, "Only exchanges, no lines of the log");
   does(command, [&options, watch] { return runWatch(options, *watch); });
 }
 

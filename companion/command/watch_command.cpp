@@ -10,6 +10,7 @@
 #include "companion/command/exchange_filter.h"
 #include "companion/command/exchange_text.h"
 #include "companion/command/host_session.h"
+#include "companion/command/log_text.h"
 #include "companion/command/standard_output.h"
 #include "companion/output/display_text.h"
 #include "probe/model/full_sync_payload.h"
@@ -23,9 +24,9 @@ using namespace std::chrono_literals;
 constexpr auto pauseAfterLoss = 700ms;
 constexpr auto pauseBetweenSearches = 500ms;
 
-/// What was shown, so that an exchange that comes as an event and in a full sync is shown once. The
-/// probe keeps 500; older ones do not come back.
-class SeenExchanges {
+/// What was shown, so that an exchange or a line that comes as an event and in a full sync is shown
+/// once. The probe keeps 500 of each; older ones do not come back.
+class SeenRecords {
  public:
   /// Whether it is new.
   bool note(const Uuid& id) {
@@ -67,11 +68,7 @@ class Watch {
     while (!isOver()) {
       Outcome<CompanionMessage> message = session.client.receive(deadlineIn(1h));
       if (message) {
-        if (message->type == CompanionMessageType::eventHttpRequest) {
-          if (const auto exchange = message->decode<TransferableNetworkRequest>()) {
-            show(*exchange);
-          }
-        }
+        showEvent(*message);
       } else if (message.error().kind == CompanionError::Kind::notUnderstood) {
         return report(message.error(), options_);
       } else if (message.error().kind != CompanionError::Kind::noAnswer) {
@@ -142,11 +139,36 @@ class Watch {
     if (!sync) {
       return;
     }
+    // As they happened: both lists are in that order.
+    auto entry = sync->logEntries.begin();
     for (const TransferableNetworkRequest& exchange : sync->httpRequests) {
-      if (isShown) {
-        show(exchange);
-      } else {
-        seen_.note(exchange.id);
+      for (; entry != sync->logEntries.end() && entry->timestamp < exchange.timestamp; ++entry) {
+        showOrNote(*entry, isShown);
+      }
+      showOrNote(exchange, isShown);
+    }
+    for (; entry != sync->logEntries.end(); ++entry) {
+      showOrNote(*entry, isShown);
+    }
+  }
+
+  template <class Record>
+  void showOrNote(const Record& record, bool isShown) {
+    if (isShown) {
+      show(record);
+    } else {
+      seen_.note(record.id);
+    }
+  }
+
+  void showEvent(const CompanionMessage& message) {
+    if (message.type == CompanionMessageType::eventHttpRequest) {
+      if (const auto exchange = message.decode<TransferableNetworkRequest>()) {
+        show(*exchange);
+      }
+    } else if (message.type == CompanionMessageType::eventLog) {
+      if (const auto entry = message.decode<TransferableLogEntry>()) {
+        show(*entry);
       }
     }
   }
@@ -157,6 +179,19 @@ class Watch {
     }
     ++shown_;
     code_ = writeToStandardOutput(text(exchange), options_);
+  }
+
+  void show(const TransferableLogEntry& entry) {
+    if (!seen_.note(entry.id) || !watch_.log || !watch_.log->fits(entry) || isOver()) {
+      return;
+    }
+    ++shown_;
+    code_ = writeToStandardOutput(text(entry), options_);
+  }
+
+  std::string text(const TransferableLogEntry& entry) const {
+    return options_.json ? printableJson(encodeJson(entry).value_or("{}")) + "\n"
+                         : logLine(entry, terminal_);
   }
 
   std::string text(const TransferableNetworkRequest& exchange) const {
@@ -171,7 +206,7 @@ class Watch {
   const WatchOptions& watch_;
   const ExchangeFilter filter_;
   const Terminal terminal_;
-  SeenExchanges seen_;
+  SeenRecords seen_;
   std::uint64_t shown_ = 0;
   ExitCode code_ = ExitCode::success;
 };

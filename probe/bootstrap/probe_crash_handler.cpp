@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <optional>
 
-#include "probe/bootstrap/crash_report.h"
 #include "probe/capture/probelog.h"
 #include "probe/capture/utf8.h"
 #include "probe/link/indented_json.h"
 #include "probe/link/json_codec.h"
+#include "probe/model/crash_report.h"
 #include "probe/model/iso8601.h"
 #include "probe/model/probe_state.h"
 #include "probe/platform/file.h"

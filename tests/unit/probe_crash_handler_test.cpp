@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "probe/bootstrap/crash_report.h"
+#include "probe/model/crash_report.h"
 #include "tests/unit/fake_world.h"
 
 namespace tarnix::tests {

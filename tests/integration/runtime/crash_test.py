@@ -24,7 +24,7 @@ class Crash(unittest.TestCase):
         Crash.counter += 1
         self.identifier = f"org.tarnix.crash{os.getpid()}.n{Crash.counter}"
         self.path = pathlib.Path(f"/tmp/tarnix_crash_{self.identifier.replace('.', '_')}.json")
-        self.addCleanup(lambda: self.path.unlink(missing_ok=True))
+        self.addCleanup(self.path.unlink, missing_ok=True)
 
     def start(self, *words, preload=PRELOADED):
         process = Process([CRASH_HOST, self.identifier, *words], env=environment(preload))
