@@ -14,8 +14,10 @@ namespace tarnix::qt6::hosted_view {
 
 namespace {
 
-// The mark of a class that was made for a file or component, and not for a place where it is used.
-constexpr const char* markOfType = "_QMLTYPE_";
+// The marks of classes that are made for a file, and for a place where something is declared.
+// Components inside a file have classes without any.
+constexpr const char* markOfFile = "_QMLTYPE_";
+constexpr const char* markOfPlace = "_QML_";
 
 // What is looked at to find something that was declared in the same file.
 constexpr int mostRelatives = 24;
@@ -91,9 +93,14 @@ QUrl fileOf(const QObject& object) {
 
 /// The class that was made for a file or component; empty when the toolkit's own is used as it is.
 QString madeClassName(const QObject& object) {
-  const char* const name = object.metaObject()->className();
-  const char* const mark = std::strstr(name, markOfType);
-  return mark == nullptr ? QString() : QString::fromUtf8(name, mark - name);
+  const QMetaObject& metaObject = *object.metaObject();
+  const char* const name = metaObject.className();
+  if (const char* const mark = std::strstr(name, markOfFile)) {
+    return QString::fromUtf8(name, mark - name);
+  }
+  return std::strstr(name, markOfPlace) == nullptr && isMadeWhileRunning(metaObject)
+             ? QString::fromUtf8(name)
+             : QString();
 }
 
 /// "Page" for QQuickPage.

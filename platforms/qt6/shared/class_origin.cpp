@@ -93,10 +93,12 @@ std::string applicationFolder() {
 
 }  // namespace
 
+bool isMadeWhileRunning(const QMetaObject& metaObject) { return fileOf(&metaObject).empty(); }
+
 std::string dynamicClassName(const QObject& object) {
   const QMetaObject* const metaObject = object.metaObject();
   // A description that was made while running is of a class that the compiler does not know.
-  if (!fileOf(metaObject).empty()) {
+  if (!isMadeWhileRunning(*metaObject)) {
     if (const std::type_info* const type = typeInformation(object)) {
       if (std::string name = unqualified(demangled(type->name())); !name.empty()) {
         return name;
@@ -107,7 +109,7 @@ std::string dynamicClassName(const QObject& object) {
 }
 
 bool isToolkitClass(const QObject& object) {
-  return isToolkitFile(fileOf(virtualTable(object))) && !fileOf(object.metaObject()).empty();
+  return isToolkitFile(fileOf(virtualTable(object))) && !isMadeWhileRunning(*object.metaObject());
 }
 
 std::string bundlePathOf(const QObject& object) {
