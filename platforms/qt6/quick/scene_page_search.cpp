@@ -13,8 +13,11 @@ namespace tarnix::qt6 {
 
 namespace {
 
-// The main thread is held no longer than for these.
+// The main thread is held no longer than for these. To tell whose type an item is takes as long as
+// to pass many items over.
 constexpr int mostItems = 4'000;
+constexpr int costOfType = 20;
+constexpr int siblingsForOne = 16;
 constexpr int deepest = 200;
 
 bool isOfClass(const QQuickItem& item, const char* name) {
@@ -27,6 +30,11 @@ bool isLoader(const QQuickItem& item) { return isOfClass(item, "QQuickLoader"); 
 const QQuickItem& inItsPlace(const QQuickItem& item) {
   const QQuickItem* const parent = item.parentItem();
   return parent != nullptr && isLoader(*parent) ? *parent : item;
+}
+
+bool isPage(const QQuickItem& item, double covered) {
+  return covered >= smallestPage && isOfClass(item, "QQuickPage") &&
+         !isOfClass(item, "QQuickPopupItem");
 }
 
 bool isSeen(const QQuickItem& item) {
@@ -69,8 +77,13 @@ QQuickItem* ScenePageSearch::currentPage(const QQuickItem& item) const {
   return qobject_cast<QQuickItem*>(page);
 }
 
+bool ScenePageSearch::isOfApplicationsType(const QQuickItem& item) {
+  budget_ -= costOfType;
+  return budget_ >= 0 && hosted_view::isOfApplicationsType(item);
+}
+
 /// Whether there is something beside it to take its place.
-bool ScenePageSearch::isExchangeable(const QQuickItem& item) const {
+bool ScenePageSearch::isExchangeable(const QQuickItem& item) {
   const QQuickItem& place = inItsPlace(item);
   if (&place != &item) {
     return true;
@@ -79,25 +92,22 @@ bool ScenePageSearch::isExchangeable(const QQuickItem& item) const {
   if (parent == nullptr) {
     return false;
   }
-  for (const QQuickItem* sibling : parent->childItems()) {
+  const QList<QQuickItem*> siblings = parent->childItems();
+  budget_ -= static_cast<int>(siblings.size()) / siblingsForOne;
+  for (const QQuickItem* sibling : siblings) {
+    if (budget_ < 0) {
+      return false;
+    }
     if (sibling == &place || isSeen(*sibling)) {
       continue;
     }
     if (isLoader(*sibling) ||
         (sibling->width() * sibling->height() >= place.width() * place.height() * mostOfWindow &&
-         hosted_view::isOfApplicationsType(*sibling))) {
+         isOfApplicationsType(*sibling))) {
       return true;
     }
   }
   return false;
-}
-
-bool ScenePageSearch::isCertainPage(const QQuickItem& item, double covered) const {
-  if (covered >= smallestPage && isOfClass(item, "QQuickPage") &&
-      !isOfClass(item, "QQuickPopupItem")) {
-    return true;
-  }
-  return covered >= mostOfWindow && hosted_view::isOfApplicationsType(item) && isExchangeable(item);
 }
 
 bool ScenePageSearch::searchChildren(const QQuickItem& item, int depth) {
@@ -137,11 +147,11 @@ bool ScenePageSearch::searchItem(QQuickItem& item, int depth, bool isPageOfConta
   const bool isOutermost =
       isOutermostPage_ && covered >= smallestPage && hosted_view::isDeclared(item);
   bool isFound = true;
-  if (isPageOfContainer || isOutermost || isCertainPage(item, covered)) {
+  if (isPageOfContainer || isOutermost || isPage(item, covered)) {
     isOutermostPage_ = false;
     addCertain(item);
-  } else if (covered >= mostOfWindow && hosted_view::isOfApplicationsType(item)) {
-    chain_.push_back({&item, &finder_, hosted_view::title(item), false, false});
+  } else if (covered >= mostOfWindow && isOfApplicationsType(item)) {
+    chain_.push_back({&item, &finder_, hosted_view::title(item), isExchangeable(item), false});
   } else {
     isFound = false;
   }

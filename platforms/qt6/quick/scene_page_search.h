@@ -29,8 +29,8 @@ class ScenePageSearch {
   /// How much of `area_` the item covers, from 0 to 1.
   double coverage(const QQuickItem& item) const;
   QQuickItem* currentPage(const QQuickItem& item) const;
-  bool isCertainPage(const QQuickItem& item, double covered) const;
-  bool isExchangeable(const QQuickItem& item) const;
+  bool isOfApplicationsType(const QQuickItem& item);
+  bool isExchangeable(const QQuickItem& item);
   /// Returns whether there was one.
   bool searchChildren(const QQuickItem& item, int depth);
   bool searchItem(QQuickItem& item, int depth, bool isPageOfContainer);

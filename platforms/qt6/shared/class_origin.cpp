@@ -3,6 +3,7 @@
 #include <cxxabi.h>
 #include <dlfcn.h>
 #include <limits.h>
+#include <link.h>
 #include <unistd.h>
 
 #include <QLibraryInfo>
@@ -54,11 +55,16 @@ std::string unqualified(std::string_view name) {
   return std::string(name.substr(begin));
 }
 
-/// The file that holds what `address` points to; empty for what was made while running.
+/// The file that holds what `address` points to; empty for what was made while running. Asked of
+/// many objects in a row: `dladdr` goes through all symbols of the file.
 std::string_view fileOf(const void* address) {
-  Dl_info info{};
-  return dladdr(address, &info) != 0 && info.dli_fname != nullptr ? info.dli_fname
-                                                                  : std::string_view();
+  dl_find_object object{};
+  if (_dl_find_object(const_cast<void*>(address), &object) != 0) {
+    return {};
+  }
+  // The program itself has no name there.
+  const char* const name = object.dlfo_link_map->l_name;
+  return *name == '\0' ? thisProgram : name;
 }
 
 std::string_view folderOf(std::string_view path) {
@@ -118,8 +124,7 @@ std::string bundlePathOf(const QObject& object) {
   if (isToolkitClass(object)) {
     return looksLikeToolkits(folder) ? folder : "/System" + folder;
   }
-  // The program's own file goes by whatever name it was started with.
-  return folder.empty() || folder.front() != '/' || looksLikeToolkits(folder + '/')
+  return file.empty() || file == thisProgram || looksLikeToolkits(folder + '/')
              ? applicationFolder()
              : folder;
 }

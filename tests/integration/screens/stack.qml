@@ -5,9 +5,10 @@ ApplicationWindow {
     id: window
 
     component Basket: Page {
+        id: page
         property int count: 2
         title: "Basket"
-        Label { anchors.centerIn: parent; text: "Basket of " + parent.count }
+        Label { anchors.centerIn: parent; text: "Basket of " + page.count }
     }
 
     visible: true
