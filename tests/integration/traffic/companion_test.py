@@ -70,13 +70,13 @@ class Commands(unittest.TestCase):
         return done.stdout
 
     def watched(self, *options):
-        return [json.loads(line) for line in self.tarnix("watch", "--json", *options).splitlines()]
+        return [json.loads(line) for line in self.tarnix("watch", "--json", "--no-log", *options).splitlines()]
 
     def label(self):
         return self.tarnix("html")
 
     def test_watch_shows_a_line_an_exchange(self):
-        lines = self.tarnix("watch", "--count", "4").splitlines()
+        lines = self.tarnix("watch", "--no-log", "--count", "4").splitlines()
         self.assertEqual(len(lines), 4)
         for line in lines:
             self.assertRegex(line, r"^\d\d:\d\d:\d\d\.\d{3}  (GET|POST) +(200|201|404) +\d+ ms +"
@@ -92,7 +92,7 @@ class Commands(unittest.TestCase):
         self.tarnix("watch", "--only-status", "wrong", code=2)
 
     def test_watch_shows_bodies(self):
-        text = self.tarnix("watch", "--body", "--count", "1", "--only-method", "POST")
+        text = self.tarnix("watch", "--no-log", "--body", "--count", "1", "--only-method", "POST")
         self.assertRegex(text, r"\n  request\n(.*\n)*    turn \d+\n  response\n")
         self.assertIn('    {"method": "POST"', text)
 
