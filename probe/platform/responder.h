@@ -5,14 +5,15 @@
 
 #include "probe/platform/control.h"
 #include "probe/platform/gesture_recognizer.h"
+#include "probe/platform/key_input.h"
 #include "probe/platform/scroll_view.h"
 #include "probe/platform/text_input.h"
 
 namespace tarnix::platform {
 
-/// What a view does with a person's touch and keys. Main thread. Valid until the main thread returns
-/// to its loop. Any of these may run code of the host, which may destroy the view; what is asked of
-/// it afterwards is then answered as for a view that reacts to nothing.
+/// What a view does with a person's touch and keys. Main thread. Valid until the main thread
+/// returns to its loop. Any of these may run code of the host, which may destroy the view; what is
+/// asked of it afterwards is then answered as for a view that reacts to nothing.
 class Responder {
  public:
   virtual ~Responder() = default;
