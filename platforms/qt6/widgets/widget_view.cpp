@@ -81,6 +81,9 @@ WidgetView::Description WidgetView::describe() const {
   result.area = surroundings_->visiblePart(areaOf(*widget_, kind).translated(topLeft_));
   result.isElement = !result.area.isEmpty();
   result.value = valueOf(*widget_, kind);
+  if (result.value) {
+    result.value = withoutLineBreaks(*std::move(result.value));
+  }
   return result;
 }
 
