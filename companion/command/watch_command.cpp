@@ -69,9 +69,9 @@ class Watch {
       Outcome<CompanionMessage> message = session.client.receive(deadlineIn(1h));
       if (message) {
         showEvent(*message);
-      } else if (message.error().kind == CompanionError::Kind::notUnderstood) {
+      } else if (message.error().kind == ClientError::Kind::notUnderstood) {
         return report(message.error(), options_);
-      } else if (message.error().kind != CompanionError::Kind::noAnswer) {
+      } else if (message.error().kind != ClientError::Kind::noAnswer) {
         std::this_thread::sleep_for(pauseAfterLoss);
         session = connectAgain(session.target);
         showSync(session.client.fullSync(), true);
