@@ -21,7 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Another command of the user's may be using the application for a moment; this one gives way.
-constexpr auto pauseAfterLoss = 700ms;
+constexpr auto pauseAfterLoss = 1500ms;
 constexpr auto pauseBetweenSearches = 500ms;
 
 /// What was shown, so that an exchange or a line that comes as an event and in a full sync is shown
