@@ -10,6 +10,7 @@
 #include "platforms/qt6/base/qt_url_loading.h"
 #include "platforms/qt6/base/qt_url_opener.h"
 #include "platforms/qt6/base/qt_user_defaults.h"
+#include "platforms/qt6/base/screen_watch.h"
 #include "platforms/qt6/base/start_up_hook.h"
 #include "platforms/qt6/base/window_order.h"
 
@@ -40,7 +41,8 @@ const HostServices& installHostServices(const HostModuleContext* context) {
                         .notificationCenter = &QtNotificationCenter::shared(),
                         .userDefaults = &QtUserDefaults::shared(),
                         .urlLoading = &QtUrlLoading::shared(),
-                        .urlOpener = &QtUrlOpener::shared()};
+                        .urlOpener = &QtUrlOpener::shared(),
+                        .viewDidAppear = &ScreenWatch::shared().viewDidAppear()};
   NetworkPartLoader::shared().start(QtUrlLoading::shared(),
                                     context == nullptr ? nullptr : context->interposedCalls);
   start_up_hook::install(
@@ -48,10 +50,12 @@ const HostServices& installHostServices(const HostModuleContext* context) {
         QtMainQueue::shared().start();
         QtDisplay::shared().start();
         WindowOrder::shared().start();
+        ScreenWatch::shared().start();
         _TarnixProbeLoader::load(context);
         QtNotificationCenter::shared().start();
       },
       [] {
+        ScreenWatch::shared().stop();
         QtNotificationCenter::shared().stop();
         QtDisplay::shared().stop();
         QtMainQueue::shared().stop();

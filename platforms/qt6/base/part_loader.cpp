@@ -73,4 +73,13 @@ std::shared_ptr<platform::View> PartLoader::viewOf(QWindow& window,
   return nullptr;
 }
 
+bool PartLoader::addScreens(QWindow& window, ScreenChain& chain) {
+  for (UserInterfacePart* part : parts_) {
+    if (part->screens().addScreens(window, chain)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace tarnix::qt6

@@ -23,6 +23,8 @@ class PartLoader : public ViewSource {
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
 
+  bool addScreens(QWindow& window, ScreenChain& chain) override;
+
  private:
   PartLoader() = default;
   UserInterfacePart* load(const std::string& fileName);

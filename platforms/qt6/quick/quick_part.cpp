@@ -2,6 +2,7 @@
 
 #include <QQuickWindow>
 
+#include "platforms/qt6/quick/scene_screens.h"
 #include "platforms/qt6/quick/scene_window_view.h"
 
 namespace tarnix::qt6 {
@@ -16,5 +17,7 @@ std::shared_ptr<platform::View> QuickPart::viewOf(QWindow& window,
   auto* const scene = qobject_cast<QQuickWindow*>(&window);
   return scene == nullptr ? nullptr : std::make_shared<SceneWindowView>(*scene, surroundings);
 }
+
+ScreenFinder& QuickPart::screens() { return SceneScreens::shared(); }
 
 }  // namespace tarnix::qt6

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platforms/qt6/shared/screen.h"
 #include "platforms/qt6/shared/surroundings.h"
 #include "probe/platform/view.h"
 
@@ -18,6 +19,9 @@ class UserInterfacePart {
   /// What `window` shows, as one view; null when it shows nothing of this library.
   virtual std::shared_ptr<platform::View> viewOf(QWindow& window,
                                                  const Surroundings& surroundings) = 0;
+
+  /// Where its windows have their screens.
+  virtual ScreenFinder& screens() = 0;
 };
 
 /// What a part asks of the base module.
@@ -28,6 +32,9 @@ class ViewSource {
   /// The view of a window that stands inside a view of another library; null when no part knows it.
   virtual std::shared_ptr<platform::View> viewOf(QWindow& window,
                                                  const Surroundings& surroundings) = 0;
+
+  /// The screens of such a window; false when no part knows it.
+  virtual bool addScreens(QWindow& window, ScreenChain& chain) = 0;
 };
 
 /// The one symbol that a part exports. The part and `source` live as long as the process; never

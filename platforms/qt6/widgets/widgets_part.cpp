@@ -7,9 +7,7 @@
 
 namespace tarnix::qt6 {
 
-namespace {
-
-QWidget* widgetOf(const QWindow& window) {
+QWidget* WidgetsPart::widgetOf(const QWindow& window) {
   // Applications with the library loaded need not have made an application object of its kind.
   if (!window.inherits("QWidgetWindow") ||
       qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
@@ -29,8 +27,6 @@ QWidget* widgetOf(const QWindow& window) {
   }
   return nullptr;
 }
-
-}  // namespace
 
 std::shared_ptr<platform::View> WidgetsPart::viewOf(QWindow& window,
                                                     const Surroundings& surroundings) {
