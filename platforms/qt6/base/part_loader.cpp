@@ -73,4 +73,14 @@ std::shared_ptr<platform::View> PartLoader::viewOf(QWindow& window,
   return nullptr;
 }
 
+QImage PartLoader::lastImage(QWindow& window) {
+  for (UserInterfacePart* part : parts_) {
+    QImage image = part->lastImage(window);
+    if (!image.isNull()) {
+      return image;
+    }
+  }
+  return {};
+}
+
 }  // namespace tarnix::qt6

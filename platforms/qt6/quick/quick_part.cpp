@@ -2,6 +2,7 @@
 
 #include <QQuickWindow>
 
+#include "platforms/qt6/quick/scene_image.h"
 #include "platforms/qt6/quick/scene_window_view.h"
 
 namespace tarnix::qt6 {
@@ -15,6 +16,11 @@ std::shared_ptr<platform::View> QuickPart::viewOf(QWindow& window,
                                                   const Surroundings& surroundings) {
   auto* const scene = qobject_cast<QQuickWindow*>(&window);
   return scene == nullptr ? nullptr : std::make_shared<SceneWindowView>(*scene, surroundings);
+}
+
+QImage QuickPart::lastImage(QWindow& window) {
+  auto* const scene = qobject_cast<QQuickWindow*>(&window);
+  return scene == nullptr ? QImage() : lastImageOf(*scene);
 }
 
 }  // namespace tarnix::qt6

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <memory>
 
 #include "platforms/qt6/shared/surroundings.h"
@@ -18,6 +19,10 @@ class UserInterfacePart {
   /// What `window` shows, as one view; null when it shows nothing of this library.
   virtual std::shared_ptr<platform::View> viewOf(QWindow& window,
                                                  const Surroundings& surroundings) = 0;
+
+  /// `window` as it was last drawn, in pixels of the screen; null when it was not, or is none of
+  /// this library's.
+  virtual QImage lastImage(QWindow& window) = 0;
 };
 
 /// What a part asks of the base module.
@@ -28,6 +33,9 @@ class ViewSource {
   /// The view of a window that stands inside a view of another library; null when no part knows it.
   virtual std::shared_ptr<platform::View> viewOf(QWindow& window,
                                                  const Surroundings& surroundings) = 0;
+
+  /// As the part that knows the window says.
+  virtual QImage lastImage(QWindow& window) = 0;
 };
 
 /// The one symbol that a part exports. The part and `source` live as long as the process; never

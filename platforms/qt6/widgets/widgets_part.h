@@ -12,6 +12,7 @@ class WidgetsPart : public UserInterfacePart {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  QImage lastImage(QWindow& window) override;
 
  private:
   ViewSource& source_;
