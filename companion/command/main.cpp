@@ -11,6 +11,7 @@
 #include "companion/command/commands.h"
 #include "companion/command/exit_code.h"
 #include "companion/command/runtime_command_line.h"
+#include "companion/command/screen_command_line.h"
 #include "companion/command/traffic_command_line.h"
 #include "companion/output/display_text.h"
 
@@ -92,6 +93,7 @@ int parseAndRun(int argumentCount, char** arguments) {
       ->type_name("FILE");
   does(htmlCommand, [&options, &html] { return runHtml(options, html); });
 
+  addScreenCommands(app, options, does);
   addTrafficCommands(app, options, does);
   addRuntimeCommands(app, options, does);
 

@@ -7,6 +7,7 @@
 #include "probe/commands/perf_snapshot_command.h"
 #include "probe/commands/rule_commands.h"
 #include "probe/commands/screen_html_command.h"
+#include "probe/commands/screen_query_commands.h"
 #include "probe/model/probe_state.h"
 #include "probe/platform/main_thread.h"
 
@@ -42,6 +43,10 @@ constexpr Route notBuiltYet(CompanionMessageType type) {
 void clearStore(const CompanionMessage&) { ProbeState::shared().clear(); }
 void perfSnapshot(const CompanionMessage&) { handlePerfSnapshot(); }
 void screenHTML(const CompanionMessage&) { handleScreenHTML(); }
+void screenText(const CompanionMessage&) { handleScreenText(); }
+void snapshot(const CompanionMessage&) { handleSnapshot(); }
+void screenshot(const CompanionMessage&) { handleScreenshot(); }
+void accessibilityAudit(const CompanionMessage&) { handleAccessibilityAudit(); }
 
 // One row for each message type, in the order of the types.
 constexpr std::array<Route, companionMessageTypeCount> routes = {
@@ -68,18 +73,18 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
     ignored(CompanionMessageType::commandMarkQAPassed),
     ignored(CompanionMessageType::commandMarkQAFailed),
     ignored(CompanionMessageType::commandResetQAItem),
-    notBuiltYet(CompanionMessageType::commandFindElement),
-    notBuiltYet(CompanionMessageType::commandScreenText),
+    handledBy(CompanionMessageType::commandFindElement, handleFindElement),
+    handledBy(CompanionMessageType::commandScreenText, screenText),
     ignored(CompanionMessageType::responseFindElement),
     ignored(CompanionMessageType::responseScreenText),
-    notBuiltYet(CompanionMessageType::commandRequestSnapshot),
-    notBuiltYet(CompanionMessageType::commandRequestScreenshot),
+    handledBy(CompanionMessageType::commandRequestSnapshot, snapshot),
+    handledBy(CompanionMessageType::commandRequestScreenshot, screenshot),
     ignored(CompanionMessageType::responseScreenshot),
     handledBy(CompanionMessageType::commandScreenHTML, screenHTML),
     ignored(CompanionMessageType::responseScreenHTML),
     handledBy(CompanionMessageType::commandPerfSnapshot, perfSnapshot),
     ignored(CompanionMessageType::responsePerfSnapshot),
-    notBuiltYet(CompanionMessageType::commandAccessibilityAudit),
+    handledBy(CompanionMessageType::commandAccessibilityAudit, accessibilityAudit),
     ignored(CompanionMessageType::responseAccessibilityAudit),
     notBuiltYet(CompanionMessageType::commandGetWebViewConsole),
     ignored(CompanionMessageType::responseWebViewConsole),

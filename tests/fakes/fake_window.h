@@ -9,7 +9,10 @@ class FakeWindow : public FakeViewOf<platform::Window> {
  public:
   bool isKeyWindow() const override { return key; }
 
+  std::optional<platform::Picture> lastPicture() const override { return picture; }
+
   bool key = false;
+  std::optional<platform::Picture> picture;
 };
 
 }  // namespace tarnix::fakes

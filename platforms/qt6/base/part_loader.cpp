@@ -82,4 +82,14 @@ bool PartLoader::addScreens(QWindow& window, ScreenChain& chain) {
   return false;
 }
 
+QImage PartLoader::lastImage(QWindow& window) {
+  for (UserInterfacePart* part : parts_) {
+    QImage image = part->lastImage(window);
+    if (!image.isNull()) {
+      return image;
+    }
+  }
+  return {};
+}
+
 }  // namespace tarnix::qt6

@@ -22,6 +22,7 @@ class PartLoader : public ViewSource {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  QImage lastImage(QWindow& window) override;
 
   bool addScreens(QWindow& window, ScreenChain& chain) override;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPointer>
+#include <QWindow>
 #include <memory>
 #include <vector>
 
@@ -10,13 +12,20 @@ namespace tarnix::qt6 {
 /// A window as its part shows it, with the popups in front.
 class QtWindow : public platform::Window {
  public:
-  QtWindow(std::shared_ptr<platform::View> content,
+  QtWindow(QWindow& window, std::shared_ptr<platform::View> content,
            std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow);
 
   bool isKeyWindow() const override { return isKeyWindow_; }
   std::vector<std::shared_ptr<platform::View>> subviews() const override;
+  std::optional<platform::Picture> lastPicture() const override;
 
   std::string className() const override { return content_->className(); }
+  platform::ViewKind kind() const override { return content_->kind(); }
+  std::optional<std::string> accessibilityIdentifier() const override {
+    return content_->accessibilityIdentifier();
+  }
+  platform::Rect wholeFrame() const override { return content_->wholeFrame(); }
+  platform::TouchReactions touchReactions() const override { return content_->touchReactions(); }
   bool isHidden() const override { return content_->isHidden(); }
   double alpha() const override { return content_->alpha(); }
   bool isTextField() const override { return content_->isTextField(); }
@@ -41,6 +50,7 @@ class QtWindow : public platform::Window {
   }
 
  private:
+  QPointer<QWindow> window_;
   std::shared_ptr<platform::View> content_;
   std::vector<std::shared_ptr<platform::View>> popups_;
   bool isKeyWindow_;

@@ -60,9 +60,9 @@ std::vector<std::shared_ptr<platform::Window>> QtWindowScene::windows() const {
           contentOf(*popups[at], *keyWindow, coveredBy(popups.mid(at + 1), *keyWindow)));
     }
     // There is a key window wherever there is a window.
-    result.push_back(
-        std::make_shared<QtWindow>(contentOf(*window, *keyWindow, coveredBy(popups, *keyWindow)),
-                                   std::move(popupViews), isKey));
+    result.push_back(std::make_shared<QtWindow>(
+        *window, contentOf(*window, *keyWindow, coveredBy(popups, *keyWindow)),
+        std::move(popupViews), isKey));
   }
   return result;
 }

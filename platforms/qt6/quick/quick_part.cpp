@@ -2,6 +2,7 @@
 
 #include <QQuickWindow>
 
+#include "platforms/qt6/quick/scene_image.h"
 #include "platforms/qt6/quick/scene_screens.h"
 #include "platforms/qt6/quick/scene_window_view.h"
 
@@ -19,5 +20,10 @@ std::shared_ptr<platform::View> QuickPart::viewOf(QWindow& window,
 }
 
 ScreenFinder& QuickPart::screens() { return SceneScreens::shared(); }
+
+QImage QuickPart::lastImage(QWindow& window) {
+  auto* const scene = qobject_cast<QQuickWindow*>(&window);
+  return scene == nullptr ? QImage() : lastImageOf(*scene);
+}
 
 }  // namespace tarnix::qt6

@@ -12,6 +12,7 @@ class QuickPart : public UserInterfacePart {
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
   ScreenFinder& screens() override;
+  QImage lastImage(QWindow& window) override;
 
  private:
   QuickPart() = default;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <memory>
 
 #include "platforms/qt6/shared/screen.h"
@@ -22,6 +23,10 @@ class UserInterfacePart {
 
   /// Where its windows have their screens.
   virtual ScreenFinder& screens() = 0;
+
+  /// `window` as it was last drawn, in pixels of the screen; null when it was not, or is none of
+  /// this library's.
+  virtual QImage lastImage(QWindow& window) = 0;
 };
 
 /// What a part asks of the base module.
@@ -35,6 +40,9 @@ class ViewSource {
 
   /// The screens of such a window; false when no part knows it.
   virtual bool addScreens(QWindow& window, ScreenChain& chain) = 0;
+
+  /// As the part that knows the window says.
+  virtual QImage lastImage(QWindow& window) = 0;
 };
 
 /// The one symbol that a part exports. The part and `source` live as long as the process; never

@@ -6,11 +6,13 @@
 #include <QWindow>
 #include <utility>
 
+#include "platforms/qt6/shared/author_name.h"
 #include "platforms/qt6/shared/frame.h"
 #include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/widgets/covers.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
 #include "platforms/qt6/widgets/widget_area.h"
+#include "platforms/qt6/widgets/widget_interaction.h"
 #include "platforms/qt6/widgets/widget_label.h"
 #include "platforms/qt6/widgets/widget_traits.h"
 
@@ -96,6 +98,27 @@ platform::Rect WidgetView::accessibilityFrame() const {
   return frameOf(own.isElement ? own.area : QRectF(topLeft_, widget_->size()));
 }
 
+platform::Rect WidgetView::wholeFrame() const {
+  return widget_ == nullptr ? platform::Rect() : frameOf(QRectF(topLeft_, widget_->size()));
+}
+
+platform::ViewKind WidgetView::kind() const {
+  return widget_ == nullptr ? platform::ViewKind::other : viewKindOf(*widget_, class_.kind);
+}
+
+std::optional<std::string> WidgetView::accessibilityIdentifier() const {
+  return widget_ == nullptr ? std::nullopt : authorsName(*widget_);
+}
+
+platform::TouchReactions WidgetView::touchReactions() const {
+  if (widget_ == nullptr) {
+    return {};
+  }
+  return {.isUserInteractionEnabled = isUserInteractionEnabled(*widget_, class_.kind),
+          .isControl = isControl(*widget_, class_.kind),
+          .hasGestureRecognizers = hasGestureRecognizers(*widget_, class_.kind)};
+}
+
 std::optional<std::string> WidgetView::accessibilityValue() const {
   const std::optional<QString>& value = description().value;
   return value ? std::optional(value->toStdString()) : std::nullopt;
@@ -117,6 +140,8 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
       result.push_back(std::move(view));
     }
   }
+  // Views are read only, and handed out as ones that could be more.
+  const auto superview = std::const_pointer_cast<WidgetView>(shared_from_this());
   const std::shared_ptr<const Buddies> buddies = Buddies::collect(*widget_, buddies_);
   const Covers covers(*widget_);
   for (QObject* child : widget_->children()) {
@@ -134,8 +159,10 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
       narrowed->cover(covered.translated(topLeft_.toPoint()));
       around = std::move(narrowed);
     }
-    result.push_back(std::make_shared<WidgetView>(*widget, topLeft_ + widget->pos(),
-                                                  std::move(around), buddies, source_));
+    auto view = std::make_shared<WidgetView>(*widget, topLeft_ + widget->pos(), std::move(around),
+                                             buddies, source_);
+    view->superview_ = superview;
+    result.push_back(std::move(view));
   }
   return result;
 }

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QWindow>
 
+#include "platforms/qt6/widgets/widget_image.h"
 #include "platforms/qt6/widgets/widget_view.h"
 
 namespace tarnix::qt6 {
@@ -37,6 +38,11 @@ std::shared_ptr<platform::View> WidgetsPart::viewOf(QWindow& window,
   return std::make_shared<WidgetView>(*widget, surroundings.origin,
                                       std::make_shared<const Surroundings>(surroundings), nullptr,
                                       source_);
+}
+
+QImage WidgetsPart::lastImage(QWindow& window) {
+  QWidget* const widget = widgetOf(window);
+  return widget == nullptr ? QImage() : lastImageOf(*widget, source_);
 }
 
 }  // namespace tarnix::qt6

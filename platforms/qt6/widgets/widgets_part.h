@@ -19,6 +19,7 @@ class WidgetsPart : public UserInterfacePart {
 
   /// The widget that a window holds; null when it holds none.
   static QWidget* widgetOf(const QWindow& window);
+  QImage lastImage(QWindow& window) override;
 
  private:
   ViewSource& source_;
