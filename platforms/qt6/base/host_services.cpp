@@ -10,7 +10,9 @@
 #include "platforms/qt6/base/qt_url_loading.h"
 #include "platforms/qt6/base/qt_url_opener.h"
 #include "platforms/qt6/base/qt_user_defaults.h"
+#include "platforms/qt6/base/qt_web_view_class.h"
 #include "platforms/qt6/base/start_up_hook.h"
+#include "platforms/qt6/base/web_engine_part_loader.h"
 #include "platforms/qt6/base/window_order.h"
 
 namespace tarnix::qt6 {
@@ -40,9 +42,15 @@ const HostServices& installHostServices(const HostModuleContext* context) {
                         .notificationCenter = &QtNotificationCenter::shared(),
                         .userDefaults = &QtUserDefaults::shared(),
                         .urlLoading = &QtUrlLoading::shared(),
-                        .urlOpener = &QtUrlOpener::shared()};
+                        .urlOpener = &QtUrlOpener::shared(),
+                        .webViewClass = WebEnginePartLoader::isPartThere()
+                                            ? &QtWebViewClass::shared()
+                                            : nullptr};
   NetworkPartLoader::shared().start(QtUrlLoading::shared(),
                                     context == nullptr ? nullptr : context->interposedCalls);
+  if (services.webViewClass != nullptr) {
+    WebEnginePartLoader::shared().start(context == nullptr ? nullptr : context->interposedCalls);
+  }
   start_up_hook::install(
       [context = context == nullptr ? HostModuleContext() : *context] {
         QtMainQueue::shared().start();
