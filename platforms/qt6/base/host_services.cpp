@@ -33,6 +33,8 @@ class _TarnixProbeLoader {
 }  // namespace
 
 const HostServices& installHostServices(const HostModuleContext* context) {
+  platform::WebViewClass* const webViewClass =
+      WebEnginePartLoader::isPartThere() ? &QtWebViewClass::shared() : nullptr;
   static const HostServices& services =
       *new HostServices{.application = &QtApplication::shared(),
                         .bundle = &QtBundle::shared(),
@@ -43,12 +45,10 @@ const HostServices& installHostServices(const HostModuleContext* context) {
                         .userDefaults = &QtUserDefaults::shared(),
                         .urlLoading = &QtUrlLoading::shared(),
                         .urlOpener = &QtUrlOpener::shared(),
-                        .webViewClass = WebEnginePartLoader::isPartThere()
-                                            ? &QtWebViewClass::shared()
-                                            : nullptr};
+                        .webViewClass = webViewClass};
   NetworkPartLoader::shared().start(QtUrlLoading::shared(),
                                     context == nullptr ? nullptr : context->interposedCalls);
-  if (services.webViewClass != nullptr) {
+  if (webViewClass != nullptr) {
     WebEnginePartLoader::shared().start(context == nullptr ? nullptr : context->interposedCalls);
   }
   start_up_hook::install(
