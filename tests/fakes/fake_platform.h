@@ -13,6 +13,7 @@
 #include "tests/fakes/fake_url_loading.h"
 #include "tests/fakes/fake_url_opener.h"
 #include "tests/fakes/fake_user_defaults.h"
+#include "tests/fakes/fake_web_view.h"
 
 namespace tarnix::fakes {
 
@@ -32,7 +33,8 @@ class FakePlatform {
                           .urlLoading = &urlLoading,
                           .urlOpener = &urlOpener,
                           .userDefaults = &userDefaults,
-                          .viewDidAppear = &viewDidAppear});
+                          .viewDidAppear = &viewDidAppear,
+                          .webViewClass = &webViewClass});
   }
   FakePlatform(const FakePlatform&) = delete;
   FakePlatform& operator=(const FakePlatform&) = delete;
@@ -67,6 +69,7 @@ class FakePlatform {
   FakeUrlOpener urlOpener;
   FakeUserDefaults userDefaults;
   platform::ViewDidAppear viewDidAppear{[](platform::ViewController&, bool) {}};
+  FakeWebViewClass webViewClass;
 };
 
 }  // namespace tarnix::fakes
