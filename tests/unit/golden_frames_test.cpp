@@ -7,8 +7,12 @@
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
 #include "probe/model/full_sync_payload.h"
+#include "probe/model/input_result.h"
 #include "probe/model/perf_snapshot_response.h"
 #include "probe/model/screen_html_response.h"
+#include "probe/model/swipe_command.h"
+#include "probe/model/tap_command.h"
+#include "probe/model/type_text_command.h"
 #include "tests/unit/json_edit.h"
 #include "tests/unit/marked_text.h"
 
@@ -60,6 +64,16 @@ std::optional<std::string> payloadThroughItsRecord(const CompanionMessage& messa
       return thereAndBack<PerfSnapshotResponse>(message);
     case CompanionMessageType::responseScreenHTML:
       return thereAndBack<ScreenHTMLResponse>(message);
+    case CompanionMessageType::commandTap:
+      return thereAndBack<TapCommand>(message);
+    case CompanionMessageType::commandSwipe:
+      return thereAndBack<SwipeCommand>(message);
+    case CompanionMessageType::commandTypeText:
+      return thereAndBack<TypeTextCommand>(message);
+    case CompanionMessageType::responseTap:
+    case CompanionMessageType::responseSwipe:
+    case CompanionMessageType::responseTypeText:
+      return thereAndBack<InputResult>(message);
     default:
       return message.payload;
   }
