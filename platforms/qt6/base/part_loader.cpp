@@ -73,4 +73,16 @@ std::shared_ptr<platform::View> PartLoader::viewOf(QWindow& window,
   return nullptr;
 }
 
+std::shared_ptr<platform::View> PartLoader::touchedView(QWindow& window,
+                                                        const Surroundings& surroundings,
+                                                        QPointF point,
+                                                        std::shared_ptr<platform::View> outer) {
+  for (UserInterfacePart* part : parts_) {
+    if (auto view = part->touchedView(window, surroundings, point, outer)) {
+      return view;
+    }
+  }
+  return nullptr;
+}
+
 }  // namespace tarnix::qt6

@@ -22,6 +22,9 @@ class PartLoader : public ViewSource {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  std::shared_ptr<platform::View> touchedView(QWindow& window, const Surroundings& surroundings,
+                                              QPointF point,
+                                              std::shared_ptr<platform::View> outer) override;
 
  private:
   PartLoader() = default;

@@ -5,8 +5,12 @@
 namespace tarnix::qt6 {
 
 QtWindow::QtWindow(std::shared_ptr<platform::View> content,
-                   std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow)
-    : content_(std::move(content)), popups_(std::move(popups)), isKeyWindow_(isKeyWindow) {}
+                   std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow,
+                   Touched touched)
+    : content_(std::move(content)),
+      popups_(std::move(popups)),
+      isKeyWindow_(isKeyWindow),
+      touched_(std::move(touched)) {}
 
 std::vector<std::shared_ptr<platform::View>> QtWindow::subviews() const {
   std::vector<std::shared_ptr<platform::View>> result = content_->subviews();

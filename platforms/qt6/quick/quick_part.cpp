@@ -1,7 +1,9 @@
 #include "platforms/qt6/quick/quick_part.h"
 
 #include <QQuickWindow>
+#include <utility>
 
+#include "platforms/qt6/quick/item_touch.h"
 #include "platforms/qt6/quick/scene_window_view.h"
 
 namespace tarnix::qt6 {
@@ -15,6 +17,14 @@ std::shared_ptr<platform::View> QuickPart::viewOf(QWindow& window,
                                                   const Surroundings& surroundings) {
   auto* const scene = qobject_cast<QQuickWindow*>(&window);
   return scene == nullptr ? nullptr : std::make_shared<SceneWindowView>(*scene, surroundings);
+}
+
+std::shared_ptr<platform::View> QuickPart::touchedView(QWindow& window,
+                                                       const Surroundings& surroundings,
+                                                       QPointF point,
+                                                       std::shared_ptr<platform::View> outer) {
+  auto* const scene = qobject_cast<QQuickWindow*>(&window);
+  return scene == nullptr ? nullptr : touchedItem(*scene, surroundings, point, std::move(outer));
 }
 
 }  // namespace tarnix::qt6

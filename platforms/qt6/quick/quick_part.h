@@ -11,6 +11,9 @@ class QuickPart : public UserInterfacePart {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  std::shared_ptr<platform::View> touchedView(QWindow& window, const Surroundings& surroundings,
+                                              QPointF point,
+                                              std::shared_ptr<platform::View> outer) override;
 
  private:
   QuickPart() = default;

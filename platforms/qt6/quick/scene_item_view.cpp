@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platforms/qt6/quick/item_responder.h"
 #include "platforms/qt6/quick/scene.h"
 #include "platforms/qt6/shared/frame.h"
 
@@ -51,6 +52,14 @@ QRectF SceneItemView::findElementArea() const {
 platform::Rect SceneItemView::accessibilityFrame() const {
   // What is an element is where it can be pointed at; any other view is where it is.
   return frameOf(isAccessibilityElement() ? elementArea() : area());
+}
+
+std::shared_ptr<platform::Responder> SceneItemView::responder() const {
+  if (item_ == nullptr) {
+    return nullptr;
+  }
+  const QPointF centre = item_->mapToScene({item_->width() / 2, item_->height() / 2});
+  return std::make_shared<ItemResponder>(*item_, centre, std::nullopt);
 }
 
 std::optional<std::string> SceneItemView::accessibilityValue() const {

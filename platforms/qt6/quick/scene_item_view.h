@@ -31,6 +31,7 @@ class SceneItemView : public platform::View {
   bool isHidden() const override { return item_ == nullptr || !item_->isVisible(); }
   double alpha() const override { return item_ == nullptr ? 0 : item_->opacity(); }
   std::vector<std::shared_ptr<View>> subviews() const override;
+  std::shared_ptr<platform::Responder> responder() const override;
   bool isTextField() const override { return item_ != nullptr && description_.isTextField; }
   bool isAccessibilityElement() const override {
     return item_ != nullptr && description_.isElement && !elementArea().isEmpty();

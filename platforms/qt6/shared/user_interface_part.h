@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointF>
 #include <memory>
 
 #include "platforms/qt6/shared/surroundings.h"
@@ -18,6 +19,14 @@ class UserInterfacePart {
   /// What `window` shows, as one view; null when it shows nothing of this library.
   virtual std::shared_ptr<platform::View> viewOf(QWindow& window,
                                                  const Surroundings& surroundings) = 0;
+
+  /// The view in `window` that a touch at `point`, on the screen, reaches first, which acts at that
+  /// point. `outer` is what the window stands in, null for one of its own. Null when the window
+  /// shows nothing of this library or the touch goes through it.
+  virtual std::shared_ptr<platform::View> touchedView(QWindow& window,
+                                                      const Surroundings& surroundings,
+                                                      QPointF point,
+                                                      std::shared_ptr<platform::View> outer) = 0;
 };
 
 /// What a part asks of the base module.
@@ -28,6 +37,12 @@ class ViewSource {
   /// The view of a window that stands inside a view of another library; null when no part knows it.
   virtual std::shared_ptr<platform::View> viewOf(QWindow& window,
                                                  const Surroundings& surroundings) = 0;
+
+  /// The same for a touch; see `UserInterfacePart`.
+  virtual std::shared_ptr<platform::View> touchedView(QWindow& window,
+                                                      const Surroundings& surroundings,
+                                                      QPointF point,
+                                                      std::shared_ptr<platform::View> outer) = 0;
 };
 
 /// The one symbol that a part exports. The part and `source` live as long as the process; never

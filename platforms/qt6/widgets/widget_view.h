@@ -24,6 +24,9 @@ class WidgetView : public platform::View {
   bool isHidden() const override { return widget_ == nullptr || !widget_->isVisible(); }
   double alpha() const override;
   std::vector<std::shared_ptr<View>> subviews() const override;
+  /// The view of a child widget; null when it has none.
+  std::shared_ptr<WidgetView> viewOfChild(const QWidget& child) const;
+  std::shared_ptr<platform::Responder> responder() const override;
   bool isTextField() const override;
   bool isAccessibilityElement() const override { return description().isElement; }
   std::string accessibilityLabel() const override { return description().label.toStdString(); }

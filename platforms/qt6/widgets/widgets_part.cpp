@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QWindow>
 
+#include "platforms/qt6/widgets/widget_touch.h"
 #include "platforms/qt6/widgets/widget_view.h"
 
 namespace tarnix::qt6 {
@@ -41,6 +42,14 @@ std::shared_ptr<platform::View> WidgetsPart::viewOf(QWindow& window,
   return std::make_shared<WidgetView>(*widget, surroundings.origin,
                                       std::make_shared<const Surroundings>(surroundings), nullptr,
                                       source_);
+}
+
+std::shared_ptr<platform::View> WidgetsPart::touchedView(QWindow& window,
+                                                         const Surroundings& surroundings,
+                                                         QPointF point,
+                                                         std::shared_ptr<platform::View>) {
+  QWidget* const widget = widgetOf(window);
+  return widget == nullptr ? nullptr : qt6::touchedView(*widget, surroundings, point, source_);
 }
 
 }  // namespace tarnix::qt6
