@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "probe/commands/deep_link_command.h"
+#include "probe/commands/input_commands.h"
 #include "probe/commands/perf_snapshot_command.h"
 #include "probe/commands/rule_commands.h"
 #include "probe/commands/screen_html_command.h"
@@ -88,11 +89,11 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
     ignored(CompanionMessageType::responseAccessibilityAudit),
     notBuiltYet(CompanionMessageType::commandGetWebViewConsole),
     ignored(CompanionMessageType::responseWebViewConsole),
-    notBuiltYet(CompanionMessageType::commandTap),
+    handledBy(CompanionMessageType::commandTap, handleTap),
     ignored(CompanionMessageType::responseTap),
-    notBuiltYet(CompanionMessageType::commandSwipe),
+    handledBy(CompanionMessageType::commandSwipe, handleSwipe),
     ignored(CompanionMessageType::responseSwipe),
-    notBuiltYet(CompanionMessageType::commandTypeText),
+    handledBy(CompanionMessageType::commandTypeText, handleTypeText),
     ignored(CompanionMessageType::responseTypeText),
     ignored(CompanionMessageType::responseSnapshot),
     notBuiltYet(CompanionMessageType::commandShowOverlay),

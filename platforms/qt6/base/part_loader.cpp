@@ -92,4 +92,16 @@ QImage PartLoader::lastImage(QWindow& window) {
   return {};
 }
 
+std::shared_ptr<platform::View> PartLoader::touchedView(QWindow& window,
+                                                        const Surroundings& surroundings,
+                                                        QPointF point,
+                                                        std::shared_ptr<platform::View> outer) {
+  for (UserInterfacePart* part : parts_) {
+    if (auto view = part->touchedView(window, surroundings, point, outer)) {
+      return view;
+    }
+  }
+  return nullptr;
+}
+
 }  // namespace tarnix::qt6

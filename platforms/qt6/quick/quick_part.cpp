@@ -1,7 +1,9 @@
 #include "platforms/qt6/quick/quick_part.h"
 
 #include <QQuickWindow>
+#include <utility>
 
+#include "platforms/qt6/quick/item_touch.h"
 #include "platforms/qt6/quick/scene_image.h"
 #include "platforms/qt6/quick/scene_screens.h"
 #include "platforms/qt6/quick/scene_window_view.h"
@@ -24,6 +26,14 @@ ScreenFinder& QuickPart::screens() { return SceneScreens::shared(); }
 QImage QuickPart::lastImage(QWindow& window) {
   auto* const scene = qobject_cast<QQuickWindow*>(&window);
   return scene == nullptr ? QImage() : lastImageOf(*scene);
+}
+
+std::shared_ptr<platform::View> QuickPart::touchedView(QWindow& window,
+                                                       const Surroundings& surroundings,
+                                                       QPointF point,
+                                                       std::shared_ptr<platform::View> outer) {
+  auto* const scene = qobject_cast<QQuickWindow*>(&window);
+  return scene == nullptr ? nullptr : touchedItem(*scene, surroundings, point, std::move(outer));
 }
 
 }  // namespace tarnix::qt6

@@ -13,6 +13,9 @@ class QuickPart : public UserInterfacePart {
                                          const Surroundings& surroundings) override;
   ScreenFinder& screens() override;
   QImage lastImage(QWindow& window) override;
+  std::shared_ptr<platform::View> touchedView(QWindow& window, const Surroundings& surroundings,
+                                              QPointF point,
+                                              std::shared_ptr<platform::View> outer) override;
 
  private:
   QuickPart() = default;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QPointF>
 #include <memory>
 
 #include "platforms/qt6/shared/screen.h"
@@ -27,6 +28,14 @@ class UserInterfacePart {
   /// `window` as it was last drawn, in pixels of the screen; null when it was not, or is none of
   /// this library's.
   virtual QImage lastImage(QWindow& window) = 0;
+
+  /// The view in `window` that a touch at `point`, on the screen, reaches first, which acts at that
+  /// point. `outer` is what the window stands in, null for one of its own. Null when the window
+  /// shows nothing of this library or the touch goes through it.
+  virtual std::shared_ptr<platform::View> touchedView(QWindow& window,
+                                                      const Surroundings& surroundings,
+                                                      QPointF point,
+                                                      std::shared_ptr<platform::View> outer) = 0;
 };
 
 /// What a part asks of the base module.
@@ -43,6 +52,12 @@ class ViewSource {
 
   /// As the part that knows the window says.
   virtual QImage lastImage(QWindow& window) = 0;
+
+  /// The same for a touch; see `UserInterfacePart`.
+  virtual std::shared_ptr<platform::View> touchedView(QWindow& window,
+                                                      const Surroundings& surroundings,
+                                                      QPointF point,
+                                                      std::shared_ptr<platform::View> outer) = 0;
 };
 
 /// The one symbol that a part exports. The part and `source` live as long as the process; never

@@ -14,6 +14,7 @@
 #include "platforms/qt6/widgets/widget_area.h"
 #include "platforms/qt6/widgets/widget_interaction.h"
 #include "platforms/qt6/widgets/widget_label.h"
+#include "platforms/qt6/widgets/widget_responder.h"
 #include "platforms/qt6/widgets/widget_traits.h"
 
 namespace tarnix::qt6 {
@@ -165,6 +166,24 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
     result.push_back(std::move(view));
   }
   return result;
+}
+
+std::shared_ptr<WidgetView> WidgetView::viewOfChild(const QWidget& child) const {
+  for (std::shared_ptr<View>& view : subviews()) {
+    auto candidate = std::dynamic_pointer_cast<WidgetView>(std::move(view));
+    if (candidate != nullptr && candidate->widget_ == &child) {
+      return candidate;
+    }
+  }
+  return nullptr;
+}
+
+std::shared_ptr<platform::Responder> WidgetView::responder() const {
+  if (widget_ == nullptr) {
+    return nullptr;
+  }
+  const QPoint centre = areaOf(*widget_, class_.kind).center().toPoint();
+  return std::make_shared<WidgetResponder>(*widget_, class_.kind, centre, std::nullopt);
 }
 
 std::shared_ptr<const Surroundings> WidgetView::surroundingsOfChildren() const {

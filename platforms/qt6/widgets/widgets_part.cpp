@@ -4,6 +4,7 @@
 #include <QWindow>
 
 #include "platforms/qt6/widgets/widget_image.h"
+#include "platforms/qt6/widgets/widget_touch.h"
 #include "platforms/qt6/widgets/widget_view.h"
 
 namespace tarnix::qt6 {
@@ -43,6 +44,14 @@ std::shared_ptr<platform::View> WidgetsPart::viewOf(QWindow& window,
 QImage WidgetsPart::lastImage(QWindow& window) {
   QWidget* const widget = widgetOf(window);
   return widget == nullptr ? QImage() : lastImageOf(*widget, source_);
+}
+
+std::shared_ptr<platform::View> WidgetsPart::touchedView(QWindow& window,
+                                                         const Surroundings& surroundings,
+                                                         QPointF point,
+                                                         std::shared_ptr<platform::View>) {
+  QWidget* const widget = widgetOf(window);
+  return widget == nullptr ? nullptr : qt6::touchedView(*widget, surroundings, point, source_);
 }
 
 }  // namespace tarnix::qt6
