@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "probe/commands/deep_link_command.h"
+#include "probe/commands/overlay_commands.h"
 #include "probe/commands/perf_snapshot_command.h"
 #include "probe/commands/rule_commands.h"
 #include "probe/commands/screen_html_command.h"
@@ -40,6 +41,7 @@ constexpr Route notBuiltYet(CompanionMessageType type) {
 }
 
 void clearStore(const CompanionMessage&) { ProbeState::shared().clear(); }
+void hideOverlay(const CompanionMessage&) { handleHideOverlay(); }
 void perfSnapshot(const CompanionMessage&) { handlePerfSnapshot(); }
 void screenHTML(const CompanionMessage&) { handleScreenHTML(); }
 
@@ -90,8 +92,8 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
     notBuiltYet(CompanionMessageType::commandTypeText),
     ignored(CompanionMessageType::responseTypeText),
     ignored(CompanionMessageType::responseSnapshot),
-    notBuiltYet(CompanionMessageType::commandShowOverlay),
-    notBuiltYet(CompanionMessageType::commandHideOverlay),
+    handledBy(CompanionMessageType::commandShowOverlay, handleShowOverlay),
+    handledBy(CompanionMessageType::commandHideOverlay, hideOverlay),
     ignored(CompanionMessageType::heartbeat),
 };
 

@@ -14,6 +14,7 @@
 #include "probe/link/companion_message.h"
 #include "probe/link/probe_server.h"
 #include "probe/model/probe_state.h"
+#include "probe/overlay/probe_touch_overlay.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/fake_services.h"
 
@@ -56,6 +57,9 @@ class FakeWorldTest : public testing::Test {
     ProbeScreenTracker::setLastScreenName("Unknown");
     ProbeScreenTracker::detail::installed = true;
   }
+
+  // The overlay's timers and frames belong to this world.
+  ~FakeWorldTest() override { ProbeTouchOverlay::detail::state() = {}; }
 
   fakes::FakePlatform world_;
 };

@@ -43,7 +43,9 @@ TEST_F(ProbeCommandHandlerTest, HasNoEffectForAllButTheCommandsThatItHandles) {
   for (const CompanionMessageType type : allCompanionMessageTypes()) {
     if (type == CompanionMessageType::commandClearStore ||
         type == CompanionMessageType::commandScreenHTML ||
-        type == CompanionMessageType::commandPerfSnapshot) {
+        type == CompanionMessageType::commandPerfSnapshot ||
+        type == CompanionMessageType::commandShowOverlay ||
+        type == CompanionMessageType::commandHideOverlay) {
       continue;
     }
     for (const std::string& payload : oddPayloads) {
@@ -109,7 +111,6 @@ TEST_F(ProbeCommandHandlerTest, SendsNoAnswerThatHasNoJsonForm) {
   handle(CompanionMessageType::commandScreenHTML, "");
   EXPECT_EQ(companion_->written, "");
   EXPECT_FALSE(companion_->isCancelled);
-  EXPECT_EQ(standardError(), "");
 }
 
 TEST_F(ProbeCommandHandlerTest, DropsTheAnswerWhileNobodyIsConnected) {

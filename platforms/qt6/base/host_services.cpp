@@ -7,6 +7,7 @@
 #include "platforms/qt6/base/qt_display.h"
 #include "platforms/qt6/base/qt_main_queue.h"
 #include "platforms/qt6/base/qt_notification_center.h"
+#include "platforms/qt6/base/qt_overlay_surfaces.h"
 #include "platforms/qt6/base/qt_url_loading.h"
 #include "platforms/qt6/base/qt_url_opener.h"
 #include "platforms/qt6/base/qt_user_defaults.h"
@@ -39,6 +40,7 @@ const HostServices& installHostServices(const HostModuleContext* context) {
                         .mainQueue = &QtMainQueue::shared(),
                         .notificationCenter = &QtNotificationCenter::shared(),
                         .userDefaults = &QtUserDefaults::shared(),
+                        .overlaySurfaces = &QtOverlaySurfaces::shared(),
                         .urlLoading = &QtUrlLoading::shared(),
                         .urlOpener = &QtUrlOpener::shared()};
   NetworkPartLoader::shared().start(QtUrlLoading::shared(),

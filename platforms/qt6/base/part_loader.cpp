@@ -73,4 +73,14 @@ std::shared_ptr<platform::View> PartLoader::viewOf(QWindow& window,
   return nullptr;
 }
 
+std::unique_ptr<OverlayPane> PartLoader::makeOverlayPane(QWindow& window) {
+  update();
+  for (UserInterfacePart* part : parts_) {
+    if (std::unique_ptr<OverlayPane> pane = part->makeOverlayPane(window)) {
+      return pane;
+    }
+  }
+  return nullptr;
+}
+
 }  // namespace tarnix::qt6

@@ -22,6 +22,8 @@ class PartLoader : public ViewSource {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  /// Null when no part knows the window.
+  std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window);
 
  private:
   PartLoader() = default;

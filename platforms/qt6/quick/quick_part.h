@@ -11,6 +11,7 @@ class QuickPart : public UserInterfacePart {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window) override;
 
  private:
   QuickPart() = default;

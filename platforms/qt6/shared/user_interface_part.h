@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platforms/qt6/shared/overlay_pane.h"
 #include "platforms/qt6/shared/surroundings.h"
 #include "probe/platform/view.h"
 
@@ -18,6 +19,12 @@ class UserInterfacePart {
   /// What `window` shows, as one view; null when it shows nothing of this library.
   virtual std::shared_ptr<platform::View> viewOf(QWindow& window,
                                                  const Surroundings& surroundings) = 0;
+
+  /// Something to draw on over all that `window` shows; null when it shows nothing of this library.
+  virtual std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window) {
+    static_cast<void>(window);
+    return nullptr;
+  }
 };
 
 /// What a part asks of the base module.

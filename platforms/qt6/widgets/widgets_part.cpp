@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QWindow>
 
+#include "platforms/qt6/widgets/widget_pane.h"
 #include "platforms/qt6/widgets/widget_view.h"
 
 namespace tarnix::qt6 {
@@ -41,6 +42,11 @@ std::shared_ptr<platform::View> WidgetsPart::viewOf(QWindow& window,
   return std::make_shared<WidgetView>(*widget, surroundings.origin,
                                       std::make_shared<const Surroundings>(surroundings), nullptr,
                                       source_);
+}
+
+std::unique_ptr<OverlayPane> WidgetsPart::makeOverlayPane(QWindow& window) {
+  QWidget* const widget = widgetOf(window);
+  return widget == nullptr ? nullptr : std::make_unique<WidgetPane>(*widget);
 }
 
 }  // namespace tarnix::qt6

@@ -12,6 +12,7 @@ class WidgetsPart : public UserInterfacePart {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window) override;
 
  private:
   ViewSource& source_;
