@@ -10,6 +10,7 @@
 #include "companion/command/command_options.h"
 #include "companion/command/commands.h"
 #include "companion/command/exit_code.h"
+#include "companion/command/overlay_commands.h"
 #include "companion/command/runtime_command_line.h"
 #include "companion/command/screen_command_line.h"
 #include "companion/command/traffic_command_line.h"
@@ -96,6 +97,7 @@ int parseAndRun(int argumentCount, char** arguments) {
   addScreenCommands(app, options, does);
   addTrafficCommands(app, options, does);
   addRuntimeCommands(app, options, does);
+  addOverlayCommands(app, options, does);
 
   try {
     // CLI11 takes them off the end.

@@ -7,6 +7,7 @@
 #include "probe/platform/display.h"
 #include "probe/platform/main_queue.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/overlay_surface.h"
 #include "probe/platform/url_loading.h"
 #include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
@@ -25,6 +26,8 @@ struct HostServices {
   platform::MainQueue* mainQueue = nullptr;
   platform::NotificationCenter* notificationCenter = nullptr;
   platform::UserDefaults* userDefaults = nullptr;
+  /// Null on a host that cannot be drawn over.
+  platform::OverlaySurfaces* overlaySurfaces = nullptr;
   /// Null in a host that loads no URLs.
   platform::UrlLoading* urlLoading = nullptr;
   /// Null in a host that cannot open URLs.

@@ -5,6 +5,7 @@
 
 #include "probe/commands/deep_link_command.h"
 #include "probe/commands/input_commands.h"
+#include "probe/commands/overlay_commands.h"
 #include "probe/commands/perf_snapshot_command.h"
 #include "probe/commands/rule_commands.h"
 #include "probe/commands/screen_html_command.h"
@@ -42,6 +43,7 @@ constexpr Route notBuiltYet(CompanionMessageType type) {
 }
 
 void clearStore(const CompanionMessage&) { ProbeState::shared().clear(); }
+void hideOverlay(const CompanionMessage&) { handleHideOverlay(); }
 void perfSnapshot(const CompanionMessage&) { handlePerfSnapshot(); }
 void screenHTML(const CompanionMessage&) { handleScreenHTML(); }
 void screenText(const CompanionMessage&) { handleScreenText(); }
@@ -96,8 +98,8 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
     handledBy(CompanionMessageType::commandTypeText, handleTypeText),
     ignored(CompanionMessageType::responseTypeText),
     ignored(CompanionMessageType::responseSnapshot),
-    notBuiltYet(CompanionMessageType::commandShowOverlay),
-    notBuiltYet(CompanionMessageType::commandHideOverlay),
+    handledBy(CompanionMessageType::commandShowOverlay, handleShowOverlay),
+    handledBy(CompanionMessageType::commandHideOverlay, hideOverlay),
     ignored(CompanionMessageType::heartbeat),
 };
 

@@ -9,6 +9,7 @@
 #include "probe/platform/main_queue.h"
 #include "probe/platform/network.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/overlay_surface.h"
 #include "probe/platform/url_loading.h"
 #include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
@@ -29,6 +30,8 @@ struct Platform {
   MainQueue* mainQueue = nullptr;
   Network* network = nullptr;
   NotificationCenter* notificationCenter = nullptr;
+  /// Null on a host that cannot be drawn over.
+  OverlaySurfaces* overlaySurfaces = nullptr;
   /// Null in a host that loads no URLs.
   UrlLoading* urlLoading = nullptr;
   /// Null in a host that cannot open URLs.

@@ -10,6 +10,7 @@
 #include "tests/fakes/fake_main_queue.h"
 #include "tests/fakes/fake_network.h"
 #include "tests/fakes/fake_notification_center.h"
+#include "tests/fakes/fake_overlay_surfaces.h"
 #include "tests/fakes/fake_url_loading.h"
 #include "tests/fakes/fake_url_opener.h"
 #include "tests/fakes/fake_user_defaults.h"
@@ -30,6 +31,7 @@ class FakePlatform {
                           .mainQueue = &mainQueue,
                           .network = &network,
                           .notificationCenter = &notificationCenter,
+                          .overlaySurfaces = &overlaySurfaces,
                           .urlLoading = &urlLoading,
                           .urlOpener = &urlOpener,
                           .userDefaults = &userDefaults,
@@ -65,6 +67,7 @@ class FakePlatform {
   FakeMainQueue mainQueue;
   FakeNetwork network;
   FakeNotificationCenter notificationCenter{mainQueue};
+  FakeOverlaySurfaces overlaySurfaces;
   FakeUrlLoading urlLoading;
   FakeUrlOpener urlOpener;
   FakeUserDefaults userDefaults;

@@ -15,6 +15,7 @@
 #include "probe/link/companion_message.h"
 #include "probe/link/probe_server.h"
 #include "probe/model/probe_state.h"
+#include "probe/overlay/probe_touch_overlay.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/fake_services.h"
 
@@ -58,6 +59,9 @@ class FakeWorldTest : public testing::Test {
     ProbeScreenTracker::detail::installed = true;
     ProbeWebViewConsoleCapture::forgetInstallation();
   }
+
+  // The overlay's timers and frames belong to this world.
+  ~FakeWorldTest() override { ProbeTouchOverlay::detail::state() = {}; }
 
   fakes::FakePlatform world_;
 };

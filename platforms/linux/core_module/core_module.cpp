@@ -55,6 +55,7 @@ const CoreEntryPoints* loadCore(InterposedCalls* calls) {
   platform.mainQueue = services->mainQueue;
   platform.network = &LoopbackNetwork::shared();
   platform.notificationCenter = services->notificationCenter;
+  platform.overlaySurfaces = services->overlaySurfaces;
   platform.urlLoading = services->urlLoading;
   platform.urlOpener = services->urlOpener;
   platform.userDefaults = services->userDefaults;

@@ -104,4 +104,14 @@ std::shared_ptr<platform::View> PartLoader::touchedView(QWindow& window,
   return nullptr;
 }
 
+std::unique_ptr<OverlayPane> PartLoader::makeOverlayPane(QWindow& window) {
+  update();
+  for (UserInterfacePart* part : parts_) {
+    if (std::unique_ptr<OverlayPane> pane = part->makeOverlayPane(window)) {
+      return pane;
+    }
+  }
+  return nullptr;
+}
+
 }  // namespace tarnix::qt6

@@ -27,6 +27,8 @@ class PartLoader : public ViewSource {
   std::shared_ptr<platform::View> touchedView(QWindow& window, const Surroundings& surroundings,
                                               QPointF point,
                                               std::shared_ptr<platform::View> outer) override;
+  /// Null when no part knows the window.
+  std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window);
 
  private:
   PartLoader() = default;

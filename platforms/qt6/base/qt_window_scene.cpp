@@ -102,4 +102,10 @@ std::vector<std::shared_ptr<platform::Window>> QtWindowScene::windows() const {
   return result;
 }
 
+bool QtWindowScene::isForegroundActive() const {
+  return isConnected() && QGuiApplication::applicationState() == Qt::ApplicationActive;
+}
+
+bool QtWindowScene::isConnected() const { return QCoreApplication::instance() != nullptr; }
+
 }  // namespace tarnix::qt6

@@ -4,6 +4,7 @@
 #include <QPointF>
 #include <memory>
 
+#include "platforms/qt6/shared/overlay_pane.h"
 #include "platforms/qt6/shared/screen.h"
 #include "platforms/qt6/shared/surroundings.h"
 #include "probe/platform/view.h"
@@ -36,6 +37,12 @@ class UserInterfacePart {
                                                       const Surroundings& surroundings,
                                                       QPointF point,
                                                       std::shared_ptr<platform::View> outer) = 0;
+
+  /// Something to draw on over all that `window` shows; null when it shows nothing of this library.
+  virtual std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window) {
+    static_cast<void>(window);
+    return nullptr;
+  }
 };
 
 /// What a part asks of the base module.

@@ -11,6 +11,7 @@
 #include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/widgets/covers.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
+#include "platforms/qt6/widgets/overlay_widget.h"
 #include "platforms/qt6/widgets/widget_area.h"
 #include "platforms/qt6/widgets/widget_interaction.h"
 #include "platforms/qt6/widgets/widget_label.h"
@@ -150,7 +151,7 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
       continue;
     }
     auto* const widget = static_cast<QWidget*>(child);
-    if (widget->isWindow()) {
+    if (widget->isWindow() || OverlayWidget::isOne(*widget)) {
       continue;
     }
     const QRegion covered = covers.over(*widget);

@@ -4,6 +4,7 @@
 #include <QWindow>
 
 #include "platforms/qt6/widgets/widget_image.h"
+#include "platforms/qt6/widgets/widget_pane.h"
 #include "platforms/qt6/widgets/widget_touch.h"
 #include "platforms/qt6/widgets/widget_view.h"
 
@@ -52,6 +53,11 @@ std::shared_ptr<platform::View> WidgetsPart::touchedView(QWindow& window,
                                                          std::shared_ptr<platform::View>) {
   QWidget* const widget = widgetOf(window);
   return widget == nullptr ? nullptr : qt6::touchedView(*widget, surroundings, point, source_);
+}
+
+std::unique_ptr<OverlayPane> WidgetsPart::makeOverlayPane(QWindow& window) {
+  QWidget* const widget = widgetOf(window);
+  return widget == nullptr ? nullptr : std::make_unique<WidgetPane>(*widget);
 }
 
 }  // namespace tarnix::qt6
