@@ -7,8 +7,10 @@
 
 #include "platforms/qt6/base/contentless_view.h"
 #include "platforms/qt6/base/part_loader.h"
+#include "platforms/qt6/base/popup_dismissal.h"
 #include "platforms/qt6/base/qt_window.h"
 #include "platforms/qt6/base/window_order.h"
+#include "platforms/qt6/shared/touched_view.h"
 
 namespace tarnix::qt6 {
 
@@ -70,6 +72,10 @@ std::shared_ptr<platform::View> touchedAt(QWindow& window, QPointF point) {
     if (areaOf(*popups[at], window).contains(point)) {
       return touchedIn(*popups[at], window, point);
     }
+  }
+  if (!popups.isEmpty() && popups.last()->type() == Qt::Popup) {
+    return std::make_shared<TouchedView>(contentOf(*popups.last(), window, QRegion()), nullptr,
+                                         std::make_shared<PopupDismissal>(window, point));
   }
   return touchedIn(window, window, point);
 }
