@@ -7,5 +7,11 @@ function(tarnix_precompile target)
     target_precompile_headers(${target} PRIVATE
       <algorithm> <chrono> <functional> <memory> <mutex> <optional> <string> <string_view> <vector>
       ${ARGN})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+      # Of a precompiled header the compiler forgets that it is the system's, and reports its own
+      # known mistakes about the insides of std::string.
+      target_compile_options(${target} PRIVATE
+        -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
+    endif()
   endif()
 endfunction()

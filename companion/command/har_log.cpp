@@ -11,8 +11,8 @@
 
 #include "companion/command/exchange_text.h"
 #include "probe/link/base64.h"
+#include "probe/model/body_limits.h"
 #include "probe/model/mime_type.h"
-#include "probe/network/network_recorder.h"
 
 namespace tarnix::companion::har {
 namespace {
@@ -139,8 +139,8 @@ Request requestOf(const TransferableNetworkRequest& exchange) {
     return request;
   }
   const std::string& body = exchange.requestBody->data;
-  const bool isWhole = body.size() < network_recorder::requestBodyLimit ||
-                       announced == static_cast<std::int64_t>(body.size());
+  const bool isWhole =
+      body.size() < requestBodyLimit || announced == static_cast<std::int64_t>(body.size());
   request.bodySize = announced.value_or(isWhole ? static_cast<std::int64_t>(body.size()) : -1);
   request.postData = postDataOf(body, headerIn(exchange.requestHeaders, "Content-Type"), isWhole);
   return request;
@@ -163,8 +163,7 @@ void describeBody(const TransferableNetworkRequest& exchange, Response& response
   const auto kept = static_cast<std::int64_t>(body.size());
   const std::optional<std::int64_t> announced = announcedLength(exchange.responseHeaders);
   const bool isPacked = !headerIn(exchange.responseHeaders, "Content-Encoding").empty();
-  const bool isWhole =
-      body.size() < network_recorder::responseBodyLimit || (!isPacked && announced == kept);
+  const bool isWhole = body.size() < responseBodyLimit || (!isPacked && announced == kept);
   if (isPacked) {
     response.bodySize = announced.value_or(-1);
     content.size = kept;

@@ -2,17 +2,25 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <map>
+#include <set>
+#include <string>
 
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
 #include "probe/model/accessibility_audit_response.h"
+#include "probe/model/add_intercept_cmd.h"
+#include "probe/model/add_mock_cmd.h"
 #include "probe/model/find_command.h"
 #include "probe/model/find_response.h"
+#include "probe/model/fire_deep_link_command.h"
 #include "probe/model/full_sync_payload.h"
 #include "probe/model/get_console_cmd.h"
 #include "probe/model/input_result.h"
+#include "probe/model/overlay_command.h"
 #include "probe/model/perf_snapshot_response.h"
+#include "probe/model/remove_cmd.h"
 #include "probe/model/screen_html_response.h"
 #include "probe/model/screen_text_response.h"
 #include "probe/model/screenshot_response.h"
@@ -88,6 +96,17 @@ std::optional<std::string> payloadThroughItsRecord(const CompanionMessage& messa
       return thereAndBack<GetConsoleCmd>(message);
     case CompanionMessageType::responseWebViewConsole:
       return thereAndBack<WebViewConsoleResponse>(message);
+    case CompanionMessageType::commandAddMockRule:
+      return thereAndBack<AddMockCmd>(message);
+    case CompanionMessageType::commandAddInterceptRule:
+      return thereAndBack<AddInterceptCmd>(message);
+    case CompanionMessageType::commandRemoveMockRule:
+    case CompanionMessageType::commandRemoveInterceptRule:
+      return thereAndBack<RemoveCmd>(message);
+    case CompanionMessageType::commandFireDeepLink:
+      return thereAndBack<FireDeepLinkCommand>(message);
+    case CompanionMessageType::commandShowOverlay:
+      return thereAndBack<OverlayCommand>(message);
     case CompanionMessageType::commandTap:
       return thereAndBack<TapCommand>(message);
     case CompanionMessageType::commandSwipe:
@@ -142,6 +161,21 @@ std::vector<std::filesystem::path> goldenFiles() {
   }
   std::sort(files.begin(), files.end());
   return files;
+}
+
+TEST(GoldenFrameFiles, ThereIsOneForEachTypeThatTheProbeSendsOrTakes) {
+  std::set<std::string, std::less<>> types;
+  for (const std::filesystem::path& file : goldenFiles()) {
+    types.insert(std::string(
+        rawValue(CompanionMessage::decodeEnvelope(GoldenFrame::read(file).body).value().type)));
+  }
+  // Of the family's protocol, but never sent to a companion.
+  const std::set<std::string, std::less<>> neverSent = {
+      "event.wsConnection", "event.wsFrame",  "event.wsStatusChange",     "event.environmentChange",
+      "event.rulesChange",  "event.qaUpdate", "event.userDefaultsChange", "event.keychainChange"};
+  for (const CompanionMessageType type : allCompanionMessageTypes()) {
+    EXPECT_NE(types.contains(rawValue(type)), neverSent.contains(rawValue(type))) << rawValue(type);
+  }
 }
 
 std::string nameOf(const testing::TestParamInfo<std::filesystem::path>& parameter) {
