@@ -4,6 +4,8 @@
 #include <cstddef>
 
 #include "probe/commands/deep_link_command.h"
+#include "probe/commands/input_commands.h"
+#include "probe/commands/overlay_commands.h"
 #include "probe/commands/perf_snapshot_command.h"
 #include "probe/commands/rule_commands.h"
 #include "probe/commands/screen_html_command.h"
@@ -17,30 +19,17 @@ namespace {
 using Handler = void (*)(const CompanionMessage&);
 
 struct Route {
-  enum class Kind {
-    /// A command that does something.
-    handled,
-    /// Accepted without effect, line or answer: what only the probe sends, and commands that other
-    /// members of the family carry out.
-    ignored,
-    /// A command of the protocol whose handler does not exist yet.
-    notBuiltYet,
-  };
-
   CompanionMessageType type;
-  Kind kind;
+  /// Null for what is accepted without effect, line or answer: what only the probe sends, and
+  /// commands that other members of the family carry out.
   Handler handler;
 };
 
-constexpr Route handledBy(CompanionMessageType type, Handler handler) {
-  return {type, Route::Kind::handled, handler};
-}
-constexpr Route ignored(CompanionMessageType type) { return {type, Route::Kind::ignored, nullptr}; }
-constexpr Route notBuiltYet(CompanionMessageType type) {
-  return {type, Route::Kind::notBuiltYet, nullptr};
-}
+constexpr Route handledBy(CompanionMessageType type, Handler handler) { return {type, handler}; }
+constexpr Route ignored(CompanionMessageType type) { return {type, nullptr}; }
 
 void clearStore(const CompanionMessage&) { ProbeState::shared().clear(); }
+void hideOverlay(const CompanionMessage&) { handleHideOverlay(); }
 void perfSnapshot(const CompanionMessage&) { handlePerfSnapshot(); }
 void screenHTML(const CompanionMessage&) { handleScreenHTML(); }
 void screenText(const CompanionMessage&) { handleScreenText(); }
@@ -86,17 +75,17 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
     ignored(CompanionMessageType::responsePerfSnapshot),
     handledBy(CompanionMessageType::commandAccessibilityAudit, accessibilityAudit),
     ignored(CompanionMessageType::responseAccessibilityAudit),
-    notBuiltYet(CompanionMessageType::commandGetWebViewConsole),
+    handledBy(CompanionMessageType::commandGetWebViewConsole, handleGetWebViewConsole),
     ignored(CompanionMessageType::responseWebViewConsole),
-    notBuiltYet(CompanionMessageType::commandTap),
+    handledBy(CompanionMessageType::commandTap, handleTap),
     ignored(CompanionMessageType::responseTap),
-    notBuiltYet(CompanionMessageType::commandSwipe),
+    handledBy(CompanionMessageType::commandSwipe, handleSwipe),
     ignored(CompanionMessageType::responseSwipe),
-    notBuiltYet(CompanionMessageType::commandTypeText),
+    handledBy(CompanionMessageType::commandTypeText, handleTypeText),
     ignored(CompanionMessageType::responseTypeText),
     ignored(CompanionMessageType::responseSnapshot),
-    notBuiltYet(CompanionMessageType::commandShowOverlay),
-    notBuiltYet(CompanionMessageType::commandHideOverlay),
+    handledBy(CompanionMessageType::commandShowOverlay, handleShowOverlay),
+    handledBy(CompanionMessageType::commandHideOverlay, hideOverlay),
     ignored(CompanionMessageType::heartbeat),
 };
 
@@ -115,7 +104,7 @@ static_assert(rowsStandInOrder());
 void handle(const CompanionMessage& message) noexcept {
   platform::assertMainThread();
   const Route& route = routes[static_cast<std::size_t>(message.type)];
-  if (route.kind != Route::Kind::handled) {
+  if (route.handler == nullptr) {
     return;
   }
   try {

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "probe/capture/probe_screen_tracker.h"
+#include "probe/capture/probe_web_view_console_capture.h"
+#include "probe/commands/console_selection.h"
 #include "probe/commands/send_response.h"
 #include "probe/inspect/key_window.h"
 #include "probe/inspect/probe_accessibility_auditor.h"
@@ -20,6 +22,7 @@
 #include "probe/model/screen_text_response.h"
 #include "probe/model/screenshot_response.h"
 #include "probe/model/snapshot_response.h"
+#include "probe/overlay/probe_touch_overlay.h"
 #include "probe/platform/png.h"
 
 namespace tarnix::ProbeCommandHandler {
@@ -53,7 +56,7 @@ SnapshotElement snapshotElement(ProbeViewHierarchySnapshot::Element element) {
 }  // namespace
 
 void handleFindElement(const CompanionMessage& message) {
-  // Overlay effect goes here, before the work: the scan.
+  ProbeTouchOverlay::showScan();
   std::optional<FindCommand> command = message.decode<FindCommand>();
   if (!command) {
     return;
@@ -69,14 +72,14 @@ void handleFindElement(const CompanionMessage& message) {
 }
 
 void handleScreenText() {
-  // Overlay effect goes here, before the work: the scan.
+  ProbeTouchOverlay::showScan();
   sendResponse(CompanionMessageType::responseScreenText,
                ScreenTextResponse{.screen = ProbeScreenTracker::lastScreenName(),
                                   .lines = ProbeAccessibilityScanner::allVisibleText()});
 }
 
 void handleSnapshot() {
-  // Overlay effect goes here, before the work: the scan.
+  ProbeTouchOverlay::showScan();
   SnapshotResponse response{.screen = ProbeScreenTracker::lastScreenName(), .elements = {}};
   std::vector<ProbeViewHierarchySnapshot::Element> elements = ProbeViewHierarchySnapshot::capture();
   response.elements.reserve(elements.size());
@@ -87,7 +90,7 @@ void handleSnapshot() {
 }
 
 void handleScreenshot() {
-  // Overlay effect goes here, before the work: the capture flash.
+  ProbeTouchOverlay::showCaptureFlash();
   const std::shared_ptr<platform::Window> window = keyWindow();
   const std::optional<platform::Picture> picture =
       window == nullptr ? std::nullopt : window->lastPicture();
@@ -101,11 +104,26 @@ void handleScreenshot() {
 }
 
 void handleAccessibilityAudit() {
-  // Overlay effect goes here, before the work: the scan.
+  ProbeTouchOverlay::showScan();
   AccessibilityAuditResponse response{.screen = ProbeScreenTracker::lastScreenName(),
                                       .issues = ProbeAccessibilityAuditor::audit()};
   response.issueCount = static_cast<std::int64_t>(response.issues.size());
   sendResponse(CompanionMessageType::responseAccessibilityAudit, response);
+}
+
+void handleGetWebViewConsole(const CompanionMessage& message) {
+  ProbeTouchOverlay::showDataPulse("webview console");
+  std::vector<ConsoleEntryResponse> entries;
+  for (ProbeWebViewConsoleCapture::ConsoleEntry& entry : ProbeWebViewConsoleCapture::entries()) {
+    entries.push_back({.timestamp = entry.timestamp.count(),
+                       .level = std::move(entry.level),
+                       .message = std::move(entry.message),
+                       .url = std::move(entry.url)});
+  }
+  // A payload that says nothing asks for what most companions want.
+  sendResponse(CompanionMessageType::responseWebViewConsole,
+               consoleSelection(std::move(entries),
+                                message.decode<GetConsoleCmd>().value_or(GetConsoleCmd())));
 }
 
 }  // namespace tarnix::ProbeCommandHandler

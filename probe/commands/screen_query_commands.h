@@ -23,4 +23,8 @@ void handleScreenshot();
 /// Answers "command.accessibilityAudit" with what keeps people from using the screen.
 void handleAccessibilityAudit();
 
+/// Answers "command.getWebViewConsole" with what web pages wrote; a payload that is no
+/// `GetConsoleCmd` asks for the usual number of lines.
+void handleGetWebViewConsole(const CompanionMessage& message);
+
 }  // namespace tarnix::ProbeCommandHandler

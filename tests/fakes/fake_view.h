@@ -22,6 +22,8 @@ class FakeViewOf : public FakeItemOf<Interface> {
   std::optional<std::string> accessibilityIdentifier() const override { return identifier; }
   platform::Rect wholeFrame() const override { return whole.value_or(this->accessibilityFrame()); }
   platform::TouchReactions touchReactions() const override { return reactions; }
+  std::shared_ptr<platform::View> superview() const override { return parent.lock(); }
+  std::shared_ptr<platform::Responder> responder() const override { return touch; }
 
   std::string name = "View";
   bool hidden = false;
@@ -33,6 +35,9 @@ class FakeViewOf : public FakeItemOf<Interface> {
   /// Where all of it stands; absent when that is the accessibility frame.
   std::optional<platform::Rect> whole;
   platform::TouchReactions reactions;
+  /// Null for a view that reacts to nothing.
+  std::shared_ptr<platform::Responder> touch;
+  std::weak_ptr<platform::View> parent;
 };
 
 using FakeView = FakeViewOf<platform::View>;

@@ -11,11 +11,15 @@
 #include "probe/model/find_response.h"
 #include "probe/model/full_sync_payload.h"
 #include "probe/model/get_console_cmd.h"
+#include "probe/model/input_result.h"
 #include "probe/model/perf_snapshot_response.h"
 #include "probe/model/screen_html_response.h"
 #include "probe/model/screen_text_response.h"
 #include "probe/model/screenshot_response.h"
 #include "probe/model/snapshot_response.h"
+#include "probe/model/swipe_command.h"
+#include "probe/model/tap_command.h"
+#include "probe/model/type_text_command.h"
 #include "probe/model/web_view_console_response.h"
 #include "tests/unit/json_edit.h"
 #include "tests/unit/marked_text.h"
@@ -84,6 +88,16 @@ std::optional<std::string> payloadThroughItsRecord(const CompanionMessage& messa
       return thereAndBack<GetConsoleCmd>(message);
     case CompanionMessageType::responseWebViewConsole:
       return thereAndBack<WebViewConsoleResponse>(message);
+    case CompanionMessageType::commandTap:
+      return thereAndBack<TapCommand>(message);
+    case CompanionMessageType::commandSwipe:
+      return thereAndBack<SwipeCommand>(message);
+    case CompanionMessageType::commandTypeText:
+      return thereAndBack<TypeTextCommand>(message);
+    case CompanionMessageType::responseTap:
+    case CompanionMessageType::responseSwipe:
+    case CompanionMessageType::responseTypeText:
+      return thereAndBack<InputResult>(message);
     default:
       return message.payload;
   }

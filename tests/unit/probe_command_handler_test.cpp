@@ -54,7 +54,9 @@ const std::vector<std::string> oddPayloads = {"",     "{}",   "null",      "no J
 TEST_F(ProbeCommandHandlerTest, HasNoEffectForAllButTheCommandsThatItHandles) {
   fillStore();
   for (const CompanionMessageType type : allCompanionMessageTypes()) {
-    if (answersWhateverThePayload(type) || type == CompanionMessageType::commandClearStore) {
+    if (answersWhateverThePayload(type) || type == CompanionMessageType::commandClearStore ||
+        type == CompanionMessageType::commandShowOverlay ||
+        type == CompanionMessageType::commandHideOverlay) {
       continue;
     }
     for (const std::string& payload : oddPayloads) {
@@ -120,7 +122,6 @@ TEST_F(ProbeCommandHandlerTest, SendsNoAnswerThatHasNoJsonForm) {
   handle(CompanionMessageType::commandScreenHTML, "");
   EXPECT_EQ(companion_->written, "");
   EXPECT_FALSE(companion_->isCancelled);
-  EXPECT_EQ(standardError(), "");
 }
 
 TEST_F(ProbeCommandHandlerTest, DropsTheAnswerWhileNobodyIsConnected) {

@@ -8,11 +8,13 @@
 namespace tarnix::qt6 {
 
 QtWindow::QtWindow(QWindow& window, std::shared_ptr<platform::View> content,
-                   std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow)
+                   std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow,
+                   Touched touched)
     : window_(&window),
       content_(std::move(content)),
       popups_(std::move(popups)),
-      isKeyWindow_(isKeyWindow) {}
+      isKeyWindow_(isKeyWindow),
+      touched_(std::move(touched)) {}
 
 std::vector<std::shared_ptr<platform::View>> QtWindow::subviews() const {
   std::vector<std::shared_ptr<platform::View>> result = content_->subviews();

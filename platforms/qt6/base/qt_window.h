@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QWindow>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -12,10 +13,17 @@ namespace tarnix::qt6 {
 /// A window as its part shows it, with the popups in front.
 class QtWindow : public platform::Window {
  public:
+  /// What a touch at a point of the screen reaches in the window and the popups in front of it.
+  using Touched = std::function<std::shared_ptr<platform::View>(platform::Point)>;
+
   QtWindow(QWindow& window, std::shared_ptr<platform::View> content,
-           std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow);
+           std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow, Touched touched);
 
   bool isKeyWindow() const override { return isKeyWindow_; }
+  std::shared_ptr<platform::View> hitTest(platform::Point point) const override {
+    return touched_(point);
+  }
+  std::shared_ptr<platform::Responder> responder() const override { return content_->responder(); }
   std::vector<std::shared_ptr<platform::View>> subviews() const override;
   std::optional<platform::Picture> lastPicture() const override;
 
@@ -54,6 +62,7 @@ class QtWindow : public platform::Window {
   std::shared_ptr<platform::View> content_;
   std::vector<std::shared_ptr<platform::View>> popups_;
   bool isKeyWindow_;
+  Touched touched_;
 };
 
 }  // namespace tarnix::qt6

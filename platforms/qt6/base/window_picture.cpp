@@ -8,13 +8,19 @@
 #include <utility>
 
 #include "platforms/qt6/base/part_loader.h"
+#include "platforms/qt6/shared/picture_without_overlay.h"
 
 namespace tarnix::qt6 {
 
 namespace {
 
+QImage imageOf(QWindow& window) {
+  const PictureWithoutOverlay withoutOverlay(window);
+  return PartLoader::shared().lastImage(window);
+}
+
 void paintPopup(QPainter& painter, QWindow& popup, QPoint topLeft) {
-  const QImage image = PartLoader::shared().lastImage(popup);
+  const QImage image = imageOf(popup);
   if (image.isNull()) {
     return;
   }
@@ -32,7 +38,7 @@ void paintPopup(QPainter& painter, QWindow& popup, QPoint topLeft) {
 }  // namespace
 
 std::optional<platform::Picture> pictureOf(QWindow& window, const QList<QWindow*>& popups) {
-  auto image = std::make_shared<QImage>(PartLoader::shared().lastImage(window));
+  auto image = std::make_shared<QImage>(imageOf(window));
   if (image->isNull()) {
     return std::nullopt;
   }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platforms/qt6/quick/item_interaction.h"
+#include "platforms/qt6/quick/item_responder.h"
 #include "platforms/qt6/quick/scene.h"
 #include "platforms/qt6/shared/author_name.h"
 #include "platforms/qt6/shared/frame.h"
@@ -83,6 +84,14 @@ platform::TouchReactions SceneItemView::touchReactions() const {
   return {.isUserInteractionEnabled = isUserInteractionEnabled(*item_, class_, isLink),
           .isControl = isControl(class_),
           .hasGestureRecognizers = hasGestureRecognizers(*item_, class_)};
+}
+
+std::shared_ptr<platform::Responder> SceneItemView::responder() const {
+  if (item_ == nullptr) {
+    return nullptr;
+  }
+  const QPointF centre = item_->mapToScene({item_->width() / 2, item_->height() / 2});
+  return std::make_shared<ItemResponder>(*item_, centre, std::nullopt);
 }
 
 std::optional<std::string> SceneItemView::accessibilityValue() const {

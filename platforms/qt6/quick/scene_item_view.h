@@ -36,6 +36,7 @@ class SceneItemView : public platform::View {
   std::optional<std::string> accessibilityIdentifier() const override;
   platform::Rect wholeFrame() const override;
   platform::TouchReactions touchReactions() const override;
+  std::shared_ptr<platform::Responder> responder() const override;
   bool isTextField() const override { return item_ != nullptr && description_.isTextField; }
   bool isAccessibilityElement() const override {
     return item_ != nullptr && description_.isElement && !elementArea().isEmpty();

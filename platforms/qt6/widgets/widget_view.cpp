@@ -11,9 +11,11 @@
 #include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/widgets/covers.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
+#include "platforms/qt6/widgets/overlay_widget.h"
 #include "platforms/qt6/widgets/widget_area.h"
 #include "platforms/qt6/widgets/widget_interaction.h"
 #include "platforms/qt6/widgets/widget_label.h"
+#include "platforms/qt6/widgets/widget_responder.h"
 #include "platforms/qt6/widgets/widget_traits.h"
 
 namespace tarnix::qt6 {
@@ -83,6 +85,9 @@ WidgetView::Description WidgetView::describe() const {
   result.area = surroundings_->visiblePart(areaOf(*widget_, kind).translated(topLeft_));
   result.isElement = !result.area.isEmpty();
   result.value = valueOf(*widget_, kind);
+  if (result.value) {
+    result.value = withoutLineBreaks(*std::move(result.value));
+  }
   return result;
 }
 
@@ -146,7 +151,7 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
       continue;
     }
     auto* const widget = static_cast<QWidget*>(child);
-    if (widget->isWindow()) {
+    if (widget->isWindow() || OverlayWidget::isOne(*widget)) {
       continue;
     }
     const QRegion covered = covers.over(*widget);
@@ -162,6 +167,24 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
     result.push_back(std::move(view));
   }
   return result;
+}
+
+std::shared_ptr<WidgetView> WidgetView::viewOfChild(const QWidget& child) const {
+  for (std::shared_ptr<View>& view : subviews()) {
+    auto candidate = std::dynamic_pointer_cast<WidgetView>(std::move(view));
+    if (candidate != nullptr && candidate->widget_ == &child) {
+      return candidate;
+    }
+  }
+  return nullptr;
+}
+
+std::shared_ptr<platform::Responder> WidgetView::responder() const {
+  if (widget_ == nullptr) {
+    return nullptr;
+  }
+  const QPoint centre = areaOf(*widget_, class_.kind).center().toPoint();
+  return std::make_shared<WidgetResponder>(*widget_, class_.kind, centre, std::nullopt);
 }
 
 std::shared_ptr<const Surroundings> WidgetView::surroundingsOfChildren() const {

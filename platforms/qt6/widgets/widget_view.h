@@ -31,6 +31,9 @@ class WidgetView : public platform::View, public std::enable_shared_from_this<Wi
   std::optional<std::string> accessibilityIdentifier() const override;
   platform::Rect wholeFrame() const override;
   platform::TouchReactions touchReactions() const override;
+  /// The view of a child widget; null when it has none.
+  std::shared_ptr<WidgetView> viewOfChild(const QWidget& child) const;
+  std::shared_ptr<platform::Responder> responder() const override;
   bool isTextField() const override;
   bool isAccessibilityElement() const override { return description().isElement; }
   std::string accessibilityLabel() const override { return description().label.toStdString(); }
