@@ -10,6 +10,7 @@
 #include "companion/command/command_options.h"
 #include "companion/command/commands.h"
 #include "companion/command/exit_code.h"
+#include "companion/command/input_command_line.h"
 #include "companion/command/runtime_command_line.h"
 #include "companion/command/traffic_command_line.h"
 #include "companion/output/display_text.h"
@@ -89,6 +90,7 @@ int parseAndRun(int argumentCount, char** arguments) {
       ->type_name("FILE");
   does(htmlCommand, [&options, &html] { return runHtml(options, html); });
 
+  addInputCommands(app, options, does);
   addTrafficCommands(app, options, does);
   addRuntimeCommands(app, options, does);
 
