@@ -1,5 +1,6 @@
 #include "probe/commands/input_commands.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -9,6 +10,7 @@
 #include "probe/model/swipe_command.h"
 #include "probe/model/tap_command.h"
 #include "probe/model/type_text_command.h"
+#include "probe/overlay/probe_touch_overlay.h"
 #include "probe/platform/platform.h"
 
 namespace tarnix::ProbeCommandHandler {
@@ -50,6 +52,22 @@ class InputAnswer {
   std::shared_ptr<Pending> pending_;
 };
 
+platform::Point pointOf(std::int64_t x, std::int64_t y) {
+  return {static_cast<double>(x), static_cast<double>(y)};
+}
+
+/// The middle of what is typed into; absent when nothing has the focus, or the window itself has.
+std::optional<platform::Point> centreOfFocus() {
+  const std::shared_ptr<platform::Window> window = ProbeInputSynthesizer::appWindow();
+  const std::shared_ptr<platform::View> focused =
+      window == nullptr ? nullptr : ProbeInputSynthesizer::findFirstResponder(window);
+  if (focused == nullptr || focused->superview() == nullptr) {
+    return std::nullopt;
+  }
+  const platform::Rect frame = focused->wholeFrame();
+  return platform::Point{frame.midX(), frame.midY()};
+}
+
 template <class Work>
 void answer(CompanionMessageType type, const Work& work) {
   InputAnswer answer(type);
@@ -63,7 +81,7 @@ void handleTap(const CompanionMessage& message) {
   if (!command) {
     return;
   }
-  // Overlay effect goes here, before the work: a tap at the point.
+  ProbeTouchOverlay::showTap(pointOf(command->x, command->y));
   answer(CompanionMessageType::responseTap, [&](const ProbeInputSynthesizer::WillAct& willAct) {
     return ProbeInputSynthesizer::tap(command->x, command->y, willAct);
   });
@@ -74,7 +92,8 @@ void handleSwipe(const CompanionMessage& message) {
   if (!command) {
     return;
   }
-  // Overlay effect goes here, before the work: a swipe from the first point to the second.
+  ProbeTouchOverlay::showSwipe(pointOf(command->x1, command->y1),
+                               pointOf(command->x2, command->y2));
   answer(CompanionMessageType::responseSwipe, [&](const ProbeInputSynthesizer::WillAct& willAct) {
     return ProbeInputSynthesizer::swipe(command->x1, command->y1, command->x2, command->y2, 0,
                                         willAct);
@@ -86,8 +105,7 @@ void handleTypeText(const CompanionMessage& message) {
   if (!command) {
     return;
   }
-  // Overlay effect goes here, before the work: typing, near the centre of what
-  // `findFirstResponder` finds in the `appWindow` if that has a superview, else near no point.
+  ProbeTouchOverlay::showTypeText(centreOfFocus());
   answer(CompanionMessageType::responseTypeText,
          [&](const ProbeInputSynthesizer::WillAct& willAct) {
            return ProbeInputSynthesizer::typeText(command->text, willAct);

@@ -15,7 +15,10 @@ class FakeWindow : public FakeViewOf<platform::Window> {
     return atPoint ? atPoint(point) : nullptr;
   }
 
+  std::optional<platform::Picture> lastPicture() const override { return picture; }
+
   bool key = false;
+  std::optional<platform::Picture> picture;
   /// What a touch reaches; nothing reaches anything while this is empty.
   std::function<std::shared_ptr<platform::View>(platform::Point)> atPoint;
 };

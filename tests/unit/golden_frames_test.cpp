@@ -6,13 +6,21 @@
 
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
+#include "probe/model/accessibility_audit_response.h"
+#include "probe/model/find_command.h"
+#include "probe/model/find_response.h"
 #include "probe/model/full_sync_payload.h"
+#include "probe/model/get_console_cmd.h"
 #include "probe/model/input_result.h"
 #include "probe/model/perf_snapshot_response.h"
 #include "probe/model/screen_html_response.h"
+#include "probe/model/screen_text_response.h"
+#include "probe/model/screenshot_response.h"
+#include "probe/model/snapshot_response.h"
 #include "probe/model/swipe_command.h"
 #include "probe/model/tap_command.h"
 #include "probe/model/type_text_command.h"
+#include "probe/model/web_view_console_response.h"
 #include "tests/unit/json_edit.h"
 #include "tests/unit/marked_text.h"
 
@@ -64,6 +72,22 @@ std::optional<std::string> payloadThroughItsRecord(const CompanionMessage& messa
       return thereAndBack<PerfSnapshotResponse>(message);
     case CompanionMessageType::responseScreenHTML:
       return thereAndBack<ScreenHTMLResponse>(message);
+    case CompanionMessageType::commandFindElement:
+      return thereAndBack<FindCommand>(message);
+    case CompanionMessageType::responseFindElement:
+      return thereAndBack<FindResponse>(message);
+    case CompanionMessageType::responseScreenText:
+      return thereAndBack<ScreenTextResponse>(message);
+    case CompanionMessageType::responseSnapshot:
+      return thereAndBack<SnapshotResponse>(message);
+    case CompanionMessageType::responseScreenshot:
+      return thereAndBack<ScreenshotResponse>(message);
+    case CompanionMessageType::responseAccessibilityAudit:
+      return thereAndBack<AccessibilityAuditResponse>(message);
+    case CompanionMessageType::commandGetWebViewConsole:
+      return thereAndBack<GetConsoleCmd>(message);
+    case CompanionMessageType::responseWebViewConsole:
+      return thereAndBack<WebViewConsoleResponse>(message);
     case CompanionMessageType::commandTap:
       return thereAndBack<TapCommand>(message);
     case CompanionMessageType::commandSwipe:

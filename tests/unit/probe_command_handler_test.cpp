@@ -35,15 +35,28 @@ class ProbeCommandHandlerTest : public ServerTest {
   std::shared_ptr<fakes::FakeConnection> companion_;
 };
 
+bool answersWhateverThePayload(CompanionMessageType type) {
+  switch (type) {
+    case CompanionMessageType::commandScreenText:
+    case CompanionMessageType::commandRequestSnapshot:
+    case CompanionMessageType::commandScreenHTML:
+    case CompanionMessageType::commandPerfSnapshot:
+    case CompanionMessageType::commandAccessibilityAudit:
+      return true;
+    default:
+      return false;
+  }
+}
+
 const std::vector<std::string> oddPayloads = {"",     "{}",   "null",      "no JSON",
                                               "\xff", "[[[[", R"({"x":1})"};
 
 TEST_F(ProbeCommandHandlerTest, HasNoEffectForAllButTheCommandsThatItHandles) {
   fillStore();
   for (const CompanionMessageType type : allCompanionMessageTypes()) {
-    if (type == CompanionMessageType::commandClearStore ||
-        type == CompanionMessageType::commandScreenHTML ||
-        type == CompanionMessageType::commandPerfSnapshot) {
+    if (answersWhateverThePayload(type) || type == CompanionMessageType::commandClearStore ||
+        type == CompanionMessageType::commandShowOverlay ||
+        type == CompanionMessageType::commandHideOverlay) {
       continue;
     }
     for (const std::string& payload : oddPayloads) {
@@ -109,7 +122,6 @@ TEST_F(ProbeCommandHandlerTest, SendsNoAnswerThatHasNoJsonForm) {
   handle(CompanionMessageType::commandScreenHTML, "");
   EXPECT_EQ(companion_->written, "");
   EXPECT_FALSE(companion_->isCancelled);
-  EXPECT_EQ(standardError(), "");
 }
 
 TEST_F(ProbeCommandHandlerTest, DropsTheAnswerWhileNobodyIsConnected) {

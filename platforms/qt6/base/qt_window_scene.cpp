@@ -99,13 +99,19 @@ std::vector<std::shared_ptr<platform::Window>> QtWindowScene::windows() const {
     }
     // There is a key window wherever there is a window.
     result.push_back(std::make_shared<QtWindow>(
-        contentOf(*window, *keyWindow, coveredBy(popups, *keyWindow)), std::move(popupViews), isKey,
-        [touched = QPointer(window), isKey](platform::Point point) {
+        *window, contentOf(*window, *keyWindow, coveredBy(popups, *keyWindow)),
+        std::move(popupViews), isKey, [touched = QPointer(window), isKey](platform::Point point) {
           return touched == nullptr || !isKey ? nullptr
                                               : touchedAt(*touched, QPointF(point.x, point.y));
         }));
   }
   return result;
 }
+
+bool QtWindowScene::isForegroundActive() const {
+  return isConnected() && QGuiApplication::applicationState() == Qt::ApplicationActive;
+}
+
+bool QtWindowScene::isConnected() const { return QCoreApplication::instance() != nullptr; }
 
 }  // namespace tarnix::qt6

@@ -42,6 +42,19 @@ Window {
 }
 """
 
+VALIDATOR = pathlib.Path(__file__).with_name("validate_har.js")
+# Where Debian's packages for it are, whichever build of the interpreter runs.
+MODULES = "/usr/share/nodejs"
+
+
+def complaints_about(archive):
+    """What the schemas of the archive format find wrong."""
+    found = subprocess.run(["node", VALIDATOR, archive], capture_output=True, text=True,
+                           timeout=TIME_LIMIT, env=dict(os.environ, NODE_PATH=MODULES))
+    assert found.stderr == "", found.stderr
+    assert (found.returncode == 0) == (found.stdout == ""), found
+    return found.stdout
+
 
 class Commands(unittest.TestCase):
     @classmethod
@@ -170,8 +183,18 @@ class Commands(unittest.TestCase):
         for entry in log["entries"]:
             self.assertRegex(entry["startedDateTime"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z$")
             self.assertGreaterEqual(entry["time"], 0)
+        self.assertEqual(complaints_about(path), "")
         self.assertEqual(json.loads(self.tarnix("har", "-"))["log"]["version"], "1.2")
         self.tarnix("har", "/nonexistent/file", code=1)
+
+    def test_the_schemas_of_archives_find_what_is_wrong(self):
+        path = pathlib.Path(self.folder.name) / "wrong.har"
+        self.tarnix("har", str(path))
+        archive = json.loads(path.read_text(encoding="utf-8"))
+        del archive["log"]["creator"]["version"]
+        path.write_text(json.dumps(archive), encoding="utf-8")
+        self.assertIn(".log.creator should have required property 'version'",
+                      complaints_about(path))
 
 
 if __name__ == "__main__":
