@@ -10,6 +10,7 @@
 #include "companion/command/command_options.h"
 #include "companion/command/commands.h"
 #include "companion/command/exit_code.h"
+#include "companion/command/input_command_line.h"
 #include "companion/command/overlay_commands.h"
 #include "companion/command/runtime_command_line.h"
 #include "companion/command/screen_command_line.h"
@@ -94,6 +95,7 @@ int parseAndRun(int argumentCount, char** arguments) {
       ->type_name("FILE");
   does(htmlCommand, [&options, &html] { return runHtml(options, html); });
 
+  addInputCommands(app, options, does);
   addScreenCommands(app, options, does);
   addTrafficCommands(app, options, does);
   addRuntimeCommands(app, options, does);

@@ -23,6 +23,23 @@ bool countsItems(const QAbstractScrollArea& area, Qt::Orientation orientation) {
   return orientation == Qt::Vertical && qobject_cast<const QPlainTextEdit*>(&area) != nullptr;
 }
 
+/// How far a step of a bar that counts items moves the content, in pixels.
+double lengthOfStep(const QAbstractScrollArea& area, Qt::Orientation orientation,
+                    const QScrollBar& bar) {
+  const bool isVertical = orientation == Qt::Vertical;
+  if (const auto* const view = qobject_cast<const QAbstractItemView*>(&area)) {
+    const QRect first = view->visualRect(view->indexAt({1, 1}));
+    const int length = isVertical ? first.height() : first.width();
+    if (length > 0) {
+      return length;
+    }
+  }
+  // A page is as many lines as fit.
+  const QSize page = area.viewport()->size();
+  return std::max(1.0, static_cast<double>(isVertical ? page.height() : page.width()) /
+                           std::max(1, bar.pageStep()));
+}
+
 /// One direction of a scroll area.
 class Axis {
  public:
@@ -30,13 +47,7 @@ class Axis {
       : bar_(orientation == Qt::Vertical ? *area.verticalScrollBar()
                                          : *area.horizontalScrollBar()) {
     if (countsItems(area, orientation)) {
-      // Its bar counts rows or lines; a page is as many as fit.
-      const QSize page = area.viewport()->size();
-      const int length = orientation == Qt::Vertical ? page.height() : page.width();
-      pixelsPerStep_ = static_cast<double>(length) / std::max(1, bar_.pageStep());
-      if (pixelsPerStep_ <= 0) {
-        pixelsPerStep_ = 1;
-      }
+      pixelsPerStep_ = lengthOfStep(area, orientation, bar_);
     }
   }
 

@@ -16,6 +16,8 @@ ApplicationWindow {
     Item {
         id: ground
         anchors.fill: parent
+        rotation: Qt.application.arguments.indexOf("--turned") < 0 ? 0 : 180
+        scale: Qt.application.arguments.indexOf("--small") < 0 ? 1 : 0.5
 
         Button { x: 10; y: 10; width: 120; height: 40; text: "Save"; onClicked: window.did("save clicked") }
         Button { x: 140; y: 10; width: 120; height: 40; text: "Off"; enabled: false; onClicked: window.did("off clicked") }
@@ -81,7 +83,9 @@ ApplicationWindow {
             id: pages
             x: 430; y: 320; width: 200; height: 160; clip: true
             onCurrentIndexChanged: window.did("page " + currentIndex)
-            Repeater { model: 3; Page { Label { text: "Page " + index } } }
+            Page { Label { text: "Page 0" } }
+            Page { Label { text: "Page 1" } }
+            Page { Label { text: "Page 2" } }
         }
         Rectangle {
             x: 60; y: 520; width: 80; height: 80; color: "orchid"; rotation: 45; scale: 0.8
