@@ -35,13 +35,15 @@ class ProbeCommandHandlerTest : public ServerTest {
   std::shared_ptr<fakes::FakeConnection> companion_;
 };
 
-bool answersWhateverThePayload(CompanionMessageType type) {
+bool worksWhateverThePayload(CompanionMessageType type) {
   switch (type) {
     case CompanionMessageType::commandScreenText:
     case CompanionMessageType::commandRequestSnapshot:
+    case CompanionMessageType::commandRequestScreenshot:
     case CompanionMessageType::commandScreenHTML:
     case CompanionMessageType::commandPerfSnapshot:
     case CompanionMessageType::commandAccessibilityAudit:
+    case CompanionMessageType::commandGetWebViewConsole:
       return true;
     default:
       return false;
@@ -54,7 +56,8 @@ const std::vector<std::string> oddPayloads = {"",     "{}",   "null",      "no J
 TEST_F(ProbeCommandHandlerTest, HasNoEffectForAllButTheCommandsThatItHandles) {
   fillStore();
   for (const CompanionMessageType type : allCompanionMessageTypes()) {
-    if (answersWhateverThePayload(type) || type == CompanionMessageType::commandClearStore ||
+    if (worksWhateverThePayload(type) || type == CompanionMessageType::commandFindElement ||
+        type == CompanionMessageType::commandClearStore ||
         type == CompanionMessageType::commandShowOverlay ||
         type == CompanionMessageType::commandHideOverlay) {
       continue;

@@ -11,6 +11,16 @@
 namespace tarnix::tests {
 namespace {
 
+/// The line of what is shown over the host before the command works.
+std::string effectOf(CompanionMessageType command) {
+  return "[TarnixProbe] TouchOverlay: show" +
+         std::string(command == CompanionMessageType::commandRequestScreenshot ? "CaptureFlash"
+                     : command == CompanionMessageType::commandGetWebViewConsole
+                         ? "DataPulse \u2014 webview console"
+                         : "Scan") +
+         "\n";
+}
+
 class ScreenQueryCommandsTest : public ServerTest {
  protected:
   ScreenQueryCommandsTest() {
@@ -26,7 +36,8 @@ class ScreenQueryCommandsTest : public ServerTest {
     companion_->written.clear();
     ProbeCommandHandler::handle({command, std::move(payload), {}});
     world_.settle();
-    EXPECT_EQ(standardError(), "");
+    EXPECT_NE(standardError().find(effectOf(command)), std::string::npos) << standardError();
+    forgetLines();
     return messagesOf(companion_->written);
   }
 
