@@ -7,10 +7,12 @@
 #include "probe/platform/display.h"
 #include "probe/platform/main_queue.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/overlay_surface.h"
 #include "probe/platform/url_loading.h"
 #include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 #include "probe/platform/view_controller.h"
+#include "probe/platform/web_view.h"
 
 namespace tarnix {
 
@@ -24,12 +26,16 @@ struct HostServices {
   platform::MainQueue* mainQueue = nullptr;
   platform::NotificationCenter* notificationCenter = nullptr;
   platform::UserDefaults* userDefaults = nullptr;
+  /// Null on a host that cannot be drawn over.
+  platform::OverlaySurfaces* overlaySurfaces = nullptr;
   /// Null in a host that loads no URLs.
   platform::UrlLoading* urlLoading = nullptr;
   /// Null in a host that cannot open URLs.
   platform::UrlOpener* urlOpener = nullptr;
   /// Null in a host whose screens cannot be told.
   platform::ViewDidAppear* viewDidAppear = nullptr;
+  /// Null in a host that cannot show pages.
+  platform::WebViewClass* webViewClass = nullptr;
 };
 
 /// What a toolkit module is given when it is loaded; it takes a copy.

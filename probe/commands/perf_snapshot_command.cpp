@@ -4,11 +4,12 @@
 #include "probe/capture/probe_screen_tracker.h"
 #include "probe/commands/send_response.h"
 #include "probe/model/perf_snapshot_response.h"
+#include "probe/overlay/probe_touch_overlay.h"
 
 namespace tarnix::ProbeCommandHandler {
 
 void handlePerfSnapshot() {
-  // Overlay effect goes here, before the work: a data pulse that says "perf".
+  ProbeTouchOverlay::showDataPulse("perf");
   const ProbePerfMonitor::Snapshot snapshot = ProbePerfMonitor::snapshot();
   sendResponse(CompanionMessageType::responsePerfSnapshot,
                PerfSnapshotResponse{.fps = snapshot.fps,

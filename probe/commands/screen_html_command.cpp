@@ -9,11 +9,12 @@
 #include "probe/commands/send_response.h"
 #include "probe/inspect/probe_accessibility_scanner.h"
 #include "probe/model/screen_html_response.h"
+#include "probe/overlay/probe_touch_overlay.h"
 
 namespace tarnix::ProbeCommandHandler {
 
 void handleScreenHTML() {
-  // Overlay effect goes here, before the work: the scan.
+  ProbeTouchOverlay::showScan();
   const std::vector<ProbeAccessibilityScanner::Element> elements =
       ProbeAccessibilityScanner::scanAll();
   const std::string& screen = ProbeScreenTracker::lastScreenName();

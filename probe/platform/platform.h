@@ -9,10 +9,12 @@
 #include "probe/platform/main_queue.h"
 #include "probe/platform/network.h"
 #include "probe/platform/notification_center.h"
+#include "probe/platform/overlay_surface.h"
 #include "probe/platform/url_loading.h"
 #include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 #include "probe/platform/view_controller.h"
+#include "probe/platform/web_view.h"
 
 namespace tarnix::platform {
 
@@ -28,6 +30,8 @@ struct Platform {
   MainQueue* mainQueue = nullptr;
   Network* network = nullptr;
   NotificationCenter* notificationCenter = nullptr;
+  /// Null on a host that cannot be drawn over.
+  OverlaySurfaces* overlaySurfaces = nullptr;
   /// Null in a host that loads no URLs.
   UrlLoading* urlLoading = nullptr;
   /// Null in a host that cannot open URLs.
@@ -35,6 +39,8 @@ struct Platform {
   UserDefaults* userDefaults = nullptr;
   /// Null on a host whose screens cannot be told.
   ViewDidAppear* viewDidAppear = nullptr;
+  /// Null in a host that cannot show pages.
+  WebViewClass* webViewClass = nullptr;
 };
 
 namespace detail {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "probe/platform/geometry.h"
+#include "probe/platform/picture.h"
 #include "probe/platform/view.h"
 
 namespace tarnix::platform {
@@ -14,6 +16,15 @@ class Window : public View {
   /// At most one window is the key window: the one with the focus, else the active modal one, else
   /// the last active visible one.
   virtual bool isKeyWindow() const = 0;
+  /// The view in front that a person's touch at `point` reaches first, popups before what they
+  /// cover; null where no view takes it.
+  virtual std::shared_ptr<View> hitTest(Point point) const {
+    static_cast<void>(point);
+    return nullptr;
+  }
+  /// The window as it was last rendered, in the screen's own pixels, without what the probe draws
+  /// over it. Absent when nothing was rendered yet and nothing can be.
+  virtual std::optional<Picture> lastPicture() const { return std::nullopt; }
 };
 
 }  // namespace tarnix::platform

@@ -12,7 +12,12 @@ class FakeWindowScene : public platform::WindowScene {
  public:
   std::vector<std::shared_ptr<platform::Window>> windows() const override { return windowList; }
 
+  bool isForegroundActive() const override { return foregroundActive; }
+  bool isConnected() const override { return connected; }
+
   std::vector<std::shared_ptr<platform::Window>> windowList;
+  bool foregroundActive = true;
+  bool connected = true;
 };
 
 class FakeApplication : public platform::Application {

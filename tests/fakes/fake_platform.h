@@ -10,9 +10,11 @@
 #include "tests/fakes/fake_main_queue.h"
 #include "tests/fakes/fake_network.h"
 #include "tests/fakes/fake_notification_center.h"
+#include "tests/fakes/fake_overlay_surfaces.h"
 #include "tests/fakes/fake_url_loading.h"
 #include "tests/fakes/fake_url_opener.h"
 #include "tests/fakes/fake_user_defaults.h"
+#include "tests/fakes/fake_web_view.h"
 
 namespace tarnix::fakes {
 
@@ -29,10 +31,12 @@ class FakePlatform {
                           .mainQueue = &mainQueue,
                           .network = &network,
                           .notificationCenter = &notificationCenter,
+                          .overlaySurfaces = &overlaySurfaces,
                           .urlLoading = &urlLoading,
                           .urlOpener = &urlOpener,
                           .userDefaults = &userDefaults,
-                          .viewDidAppear = &viewDidAppear});
+                          .viewDidAppear = &viewDidAppear,
+                          .webViewClass = &webViewClass});
   }
   FakePlatform(const FakePlatform&) = delete;
   FakePlatform& operator=(const FakePlatform&) = delete;
@@ -63,10 +67,12 @@ class FakePlatform {
   FakeMainQueue mainQueue;
   FakeNetwork network;
   FakeNotificationCenter notificationCenter{mainQueue};
+  FakeOverlaySurfaces overlaySurfaces;
   FakeUrlLoading urlLoading;
   FakeUrlOpener urlOpener;
   FakeUserDefaults userDefaults;
   platform::ViewDidAppear viewDidAppear{[](platform::ViewController&, bool) {}};
+  FakeWebViewClass webViewClass;
 };
 
 }  // namespace tarnix::fakes

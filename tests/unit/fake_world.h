@@ -10,10 +10,12 @@
 #include <vector>
 
 #include "probe/capture/probe_screen_tracker.h"
+#include "probe/capture/probe_web_view_console_capture.h"
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
 #include "probe/link/probe_server.h"
 #include "probe/model/probe_state.h"
+#include "probe/overlay/probe_touch_overlay.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/fake_services.h"
 
@@ -55,7 +57,11 @@ class FakeWorldTest : public testing::Test {
     ProbeState::shared().clear();
     ProbeScreenTracker::setLastScreenName("Unknown");
     ProbeScreenTracker::detail::installed = true;
+    ProbeWebViewConsoleCapture::forgetInstallation();
   }
+
+  // The overlay's timers and frames belong to this world.
+  ~FakeWorldTest() override { ProbeTouchOverlay::detail::state() = {}; }
 
   fakes::FakePlatform world_;
 };

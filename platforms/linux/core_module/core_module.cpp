@@ -55,10 +55,12 @@ const CoreEntryPoints* loadCore(InterposedCalls* calls) {
   platform.mainQueue = services->mainQueue;
   platform.network = &LoopbackNetwork::shared();
   platform.notificationCenter = services->notificationCenter;
+  platform.overlaySurfaces = services->overlaySurfaces;
   platform.urlLoading = services->urlLoading;
   platform.urlOpener = services->urlOpener;
   platform.userDefaults = services->userDefaults;
   platform.viewDidAppear = services->viewDidAppear;
+  platform.webViewClass = services->webViewClass;
   platform::setCurrent(platform);
   static constexpr CoreEntryPoints entryPoints{tarnixprobe_bootstrap, TarnixProbeBootstrap};
   return &entryPoints;

@@ -8,6 +8,8 @@ namespace tarnix::qt6 {
 class QtWindowScene : public platform::WindowScene {
  public:
   std::vector<std::shared_ptr<platform::Window>> windows() const override;
+  bool isForegroundActive() const override;
+  bool isConnected() const override;
 };
 
 }  // namespace tarnix::qt6

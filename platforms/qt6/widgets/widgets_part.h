@@ -19,6 +19,11 @@ class WidgetsPart : public UserInterfacePart {
 
   /// The widget that a window holds; null when it holds none.
   static QWidget* widgetOf(const QWindow& window);
+  QImage lastImage(QWindow& window) override;
+  std::shared_ptr<platform::View> touchedView(QWindow& window, const Surroundings& surroundings,
+                                              QPointF point,
+                                              std::shared_ptr<platform::View> outer) override;
+  std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window) override;
 
  private:
   ViewSource& source_;

@@ -42,6 +42,19 @@ Window {
 }
 """
 
+VALIDATOR = pathlib.Path(__file__).with_name("validate_har.js")
+# Where Debian's packages for it are, whichever build of the interpreter runs.
+MODULES = "/usr/share/nodejs"
+
+
+def complaints_about(archive):
+    """What the schemas of the archive format find wrong."""
+    found = subprocess.run(["node", VALIDATOR, archive], capture_output=True, text=True,
+                           timeout=TIME_LIMIT, env=dict(os.environ, NODE_PATH=MODULES))
+    assert found.stderr == "", found.stderr
+    assert (found.returncode == 0) == (found.stdout == ""), found
+    return found.stdout
+
 
 class Commands(unittest.TestCase):
     @classmethod
@@ -70,13 +83,13 @@ class Commands(unittest.TestCase):
         return done.stdout
 
     def watched(self, *options):
-        return [json.loads(line) for line in self.tarnix("watch", "--json", *options).splitlines()]
+        return [json.loads(line) for line in self.tarnix("watch", "--json", "--no-log", *options).splitlines()]
 
     def label(self):
         return self.tarnix("html")
 
     def test_watch_shows_a_line_an_exchange(self):
-        lines = self.tarnix("watch", "--count", "4").splitlines()
+        lines = self.tarnix("watch", "--no-log", "--count", "4").splitlines()
         self.assertEqual(len(lines), 4)
         for line in lines:
             self.assertRegex(line, r"^\d\d:\d\d:\d\d\.\d{3}  (GET|POST) +(200|201|404) +\d+ ms +"
@@ -92,7 +105,7 @@ class Commands(unittest.TestCase):
         self.tarnix("watch", "--only-status", "wrong", code=2)
 
     def test_watch_shows_bodies(self):
-        text = self.tarnix("watch", "--body", "--count", "1", "--only-method", "POST")
+        text = self.tarnix("watch", "--no-log", "--body", "--count", "1", "--only-method", "POST")
         self.assertRegex(text, r"\n  request\n(.*\n)*    turn \d+\n  response\n")
         self.assertIn('    {"method": "POST"', text)
 
@@ -170,8 +183,18 @@ class Commands(unittest.TestCase):
         for entry in log["entries"]:
             self.assertRegex(entry["startedDateTime"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z$")
             self.assertGreaterEqual(entry["time"], 0)
+        self.assertEqual(complaints_about(path), "")
         self.assertEqual(json.loads(self.tarnix("har", "-"))["log"]["version"], "1.2")
         self.tarnix("har", "/nonexistent/file", code=1)
+
+    def test_the_schemas_of_archives_find_what_is_wrong(self):
+        path = pathlib.Path(self.folder.name) / "wrong.har"
+        self.tarnix("har", str(path))
+        archive = json.loads(path.read_text(encoding="utf-8"))
+        del archive["log"]["creator"]["version"]
+        path.write_text(json.dumps(archive), encoding="utf-8")
+        self.assertIn(".log.creator should have required property 'version'",
+                      complaints_about(path))
 
 
 if __name__ == "__main__":

@@ -1,0 +1,103 @@
+#include "platforms/qt6/base/qt_overlay_surface.h"
+
+#include <QGuiApplication>
+#include <QVariant>
+#include <algorithm>
+
+#include "platforms/qt6/base/part_loader.h"
+#include "platforms/qt6/base/window_order.h"
+#include "platforms/qt6/shared/figure_painter.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+QPointF globalOrigin(const QWindow& window) { return window.mapToGlobal(QPointF(0, 0)); }
+
+/// Whether the system says where windows stand; else only popups can be placed, by the window that
+/// they belong to.
+bool knowsPlaces() { return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")); }
+
+bool touches(const platform::DisplayList& list, const QRectF& area) {
+  return std::any_of(list.begin(), list.end(), [&area](const platform::Figure& figure) {
+    return boundsOf(figure).intersects(area);
+  });
+}
+
+}  // namespace
+
+QtOverlaySurface::~QtOverlaySurface() {
+  for (const PlacedPane& placed : panes_) {
+    if (placed.window != nullptr) {
+      placed.window->setProperty(overlayPaneProperty, QVariant());
+    }
+  }
+}
+
+std::optional<platform::OverlaySurface::Place> QtOverlaySurface::place() {
+  QWindow* const front = qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr
+                             ? nullptr
+                             : WindowOrder::shared().keyWindow();
+  if (front == nullptr) {
+    return std::nullopt;
+  }
+  Place result;
+  result.size = {static_cast<double>(front->width()), static_cast<double>(front->height())};
+  const QPointF origin = globalOrigin(*front);
+  // A window that is moved takes along what is drawn over it.
+  if (hasOrigin_ && front_ != front) {
+    const QPointF moved = origin_ - origin;
+    result.movedBy = {moved.x(), moved.y()};
+  }
+  front_ = front;
+  origin_ = origin;
+  hasOrigin_ = true;
+  return result;
+}
+
+void QtOverlaySurface::show(const platform::DisplayList& list) {
+  if (front_ == nullptr) {
+    return;
+  }
+  const auto shared = std::make_shared<const platform::DisplayList>(list);
+  QList<QWindow*> windows = knowsPlaces() ? WindowOrder::windows() : QList<QWindow*>{front_};
+  windows += WindowOrder::popups();
+  std::erase_if(panes_, [&windows](const PlacedPane& placed) {
+    return placed.window == nullptr || !windows.contains(placed.window);
+  });
+  for (QWindow* window : std::as_const(windows)) {
+    const QPointF origin = origin_ - globalOrigin(*window);
+    if (!touches(list, QRectF(-origin, window->size()))) {
+      removePane(window);
+    } else if (OverlayPane* const pane = paneOver(*window)) {
+      pane->show(shared, origin);
+    }
+  }
+}
+
+OverlayPane* QtOverlaySurface::paneOver(QWindow& window) {
+  const auto placed = std::find_if(panes_.begin(), panes_.end(), [&window](const PlacedPane& each) {
+    return each.window == &window;
+  });
+  if (placed != panes_.end()) {
+    return placed->pane.get();
+  }
+  std::unique_ptr<OverlayPane> pane = PartLoader::shared().makeOverlayPane(window);
+  if (pane == nullptr) {
+    return nullptr;
+  }
+  window.setProperty(overlayPaneProperty, QVariant::fromValue<void*>(pane.get()));
+  return panes_.emplace_back(PlacedPane{&window, std::move(pane)}).pane.get();
+}
+
+void QtOverlaySurface::removePane(const QWindow* window) {
+  std::erase_if(panes_, [window](const PlacedPane& placed) {
+    if (placed.window != window) {
+      return false;
+    }
+    placed.window->setProperty(overlayPaneProperty, QVariant());
+    return true;
+  });
+}
+
+}  // namespace tarnix::qt6
