@@ -115,7 +115,7 @@ class Commands(unittest.TestCase):
         self.assertIn("turn=", first["url"])
 
     def test_watch_survives_other_commands_and_a_new_start(self):
-        watch = subprocess.Popen([TARNIX, "watch", "--json", "--name", "qml"],
+        watch = subprocess.Popen([TARNIX, "watch", "--json", "--no-log", "--name", "qml"],
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         try:
             seen = [json.loads(watch.stdout.readline())["id"] for _ in range(2)]
