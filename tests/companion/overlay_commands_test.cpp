@@ -1,4 +1,4 @@
-#include "probe/commands/overlay_commands.h"
+#include "probe/model/overlay_command.h"
 
 #include <gtest/gtest.h>
 
