@@ -50,7 +50,8 @@ void ProbeServer::onMain(std::weak_ptr<ProbeServer> weakServer, Step step) {
 ProbeServer& ProbeServer::shared() { return *sharedServer(); }
 
 void ProbeServer::setShared(std::shared_ptr<ProbeServer> server) {
-  sharedServer() = std::move(server);
+  // There always is one: captures ask it from any thread.
+  sharedServer() = server ? std::move(server) : std::make_shared<ProbeServer>();
 }
 
 ProbeServer::ProbeServer(std::span<const CaptureInstaller> installers) : installers_(installers) {}

@@ -83,6 +83,11 @@ TransferableNetworkRequest recordOf(const ObservedExchange& exchange) {
 void record(const ObservedExchange& exchange) {
   TransferableNetworkRequest made = recordOf(exchange);
   ProbeState::shared().addRequest(made);
+  if (!ProbeServer::shared().isConnected()) {
+    // The sync of whoever connects from now on has the exchange: it is made from the store after
+    // the connection counts as one. Waking the main thread for nobody would slow the host down.
+    return;
+  }
   std::optional<CompanionMessage> message =
       CompanionMessage::make(CompanionMessageType::eventHttpRequest, made, platform::now());
   if (!message) {

@@ -3,6 +3,7 @@
 #include <map>
 #include <thread>
 
+#include "probe/model/full_sync_payload.h"
 #include "probe/model/transferable_network_request.h"
 #include "tests/fakes/fake_input_stream.h"
 #include "tests/unit/fake_world.h"
@@ -190,6 +191,19 @@ TEST_F(NetworkRecorderTest, KeepsWhatNobodyIsThereFor) {
   record();
   world_.settle();
   EXPECT_EQ(ProbeState::shared().httpRequests().size(), 1U);
+}
+
+TEST_F(NetworkRecorderTest, HasASyncTellWhatHappenedBeforeIt) {
+  startServer();
+  const TransferableNetworkRequest record = this->record();
+  const auto companion = connectCompanion();
+  const std::vector<CompanionMessage> messages = messagesOf(companion->written);
+  ASSERT_FALSE(messages.empty());
+  EXPECT_EQ(messages[0].type, CompanionMessageType::syncFull);
+  const auto sync = messages[0].decode<FullSyncPayload>();
+  ASSERT_TRUE(sync);
+  EXPECT_EQ(sync->httpRequests, std::vector{record});
+  EXPECT_EQ(messages.size(), 1U) << "it is not told a second time";
 }
 
 TEST_F(NetworkRecorderTest, KeepsTheOrderOfEachThread) {

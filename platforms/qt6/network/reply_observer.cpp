@@ -65,6 +65,8 @@ void ReplyObserver::connectSignals() {
       [this] {
         contain([this] { collectBody(); });
         contain([this] { complete(); });
+        // Nothing comes after this. Deleting it later would cost the host a turn of its loop.
+        delete this;
       },
       Qt::DirectConnection);
 }
@@ -87,7 +89,7 @@ bool ReplyObserver::eventFilter(QObject* watched, QEvent* event) {
       available_ = std::min(available_, reply_.bytesAvailable());
     }
   } else if (event->type() == QEvent::DeferredDelete && reply_.isFinished()) {
-    // It has come to its end without saying so to us.
+    // It has come to its end without saying so to us. The reply takes this along.
     contain([this] { complete(); });
   }
   return false;
@@ -148,11 +150,6 @@ void ReplyObserver::complete() {
   }
   exchange->didComplete(transportErrorOf(reply_));
   exchange->stop();
-  // Deleted where nothing of it is on the stack. The reply may take it along before.
-  reply_.removeEventFilter(this);
-  if (parent() != nullptr) {
-    deleteLater();
-  }
 }
 
 }  // namespace tarnix::qt6

@@ -124,7 +124,10 @@ class Companion:
             self.socket = socket.create_connection(("127.0.0.1", self.port), timeout=TIME_LIMIT)
             try:
                 self.sync = self.read()
-                assert self.sync[0] == "sync.full"
+                # An event may come first while the probe has not noticed the end of the companion
+                # that this one replaces.
+                while self.sync[0] != "sync.full":
+                    self.sync = self.read()
                 threading.Thread(target=self.receive, args=(self.socket,), daemon=True).start()
                 return
             except OSError:
