@@ -78,6 +78,19 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
       ->capture_default_str();
   perfCommand->add_option("--count", perf->count, "End after so many lines")->type_name("N");
   does(perfCommand, [&options, perf] { return runPerf(options, *perf); });
+
+  const auto console = std::make_shared<ConsoleOptions>();
+  CLI::App* consoleCommand =
+      addCommand(app, "console", "Show what an application's web pages wrote to their consoles",
+                 "--json prints {\"entries\", \"totalCount\"}.", options);
+  consoleCommand->add_option("--level", console->level, "Only lines of this level")
+      ->check(CLI::IsMember({"log", "error", "warn", "debug"}))
+      ->type_name("LEVEL");
+  consoleCommand
+      ->add_option("--limit", console->limit, "How many lines, the newest; 50 if not said")
+      ->check(CLI::Range(std::int64_t{0}, std::int64_t{1'000'000}).description(""))
+      ->type_name("N");
+  does(consoleCommand, [&options, console] { return runConsole(options, *console); });
 }
 
 }  // namespace tarnix::companion

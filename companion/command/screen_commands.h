@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "companion/command/command_options.h"
@@ -54,5 +55,15 @@ struct PerfOptions {
 
 /// Frame rate and memory.
 ExitCode runPerf(const CommandOptions& options, const PerfOptions& perf);
+
+struct ConsoleOptions {
+  /// Only lines of this level.
+  std::optional<std::string> level;
+  /// At most so many lines, the newest.
+  std::optional<std::int64_t> limit;
+};
+
+/// What web pages have written to their consoles.
+ExitCode runConsole(const CommandOptions& options, const ConsoleOptions& console);
 
 }  // namespace tarnix::companion

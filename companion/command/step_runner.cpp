@@ -25,20 +25,20 @@ constexpr auto pauseBetweenLooks = 100ms;
 constexpr const char* otherVersion =
     "the answer was not understood. Are `tarnix` and the probe of one version?";
 
-ExitCode codeOf(const CompanionError& error) {
+ExitCode codeOf(const ClientError& error) {
   switch (error.kind) {
-    case CompanionError::Kind::unreachable:
-    case CompanionError::Kind::dropped:
+    case ClientError::Kind::unreachable:
+    case ClientError::Kind::dropped:
       return ExitCode::connectionFailed;
-    case CompanionError::Kind::noAnswer:
+    case ClientError::Kind::noAnswer:
       return ExitCode::noAnswer;
-    case CompanionError::Kind::notUnderstood:
+    case ClientError::Kind::notUnderstood:
       break;
   }
   return ExitCode::notUnderstood;
 }
 
-Result failed(const CompanionError& error) { return {codeOf(error), error.message}; }
+Result failed(const ClientError& error) { return {codeOf(error), error.message}; }
 
 /// The screen, or why it cannot be read.
 std::variant<ScreenHTMLResponse, Result> screenOf(CompanionClient& client, Deadline deadline) {

@@ -15,6 +15,7 @@
 #include "probe/model/screen_text_response.h"
 #include "probe/model/screenshot_response.h"
 #include "probe/model/snapshot_response.h"
+#include "probe/model/web_view_console_response.h"
 #include "tests/companion/program_run.h"
 #include "tests/companion/scripted_server.h"
 #include "tests/companion/temporary_folder.h"
@@ -223,6 +224,29 @@ TEST(PerfCommand, PrintsALineEachTime) {
   const ProgramResult watched =
       tarnix(server, {"perf", "--watch", "--interval", "0.02", "--count", "2"});
   EXPECT_EQ(std::count(watched.output.begin(), watched.output.end(), '\n'), 3) << watched.output;
+}
+
+TEST(ConsoleCommand, ShowsLinesAndAsksForWhatItWasTold) {
+  const auto echo = [](ScriptedPeer& peer) {
+    peer.sendFullSync();
+    while (const auto message = peer.receive()) {
+      EXPECT_EQ(message->type, Type::commandGetWebViewConsole);
+      peer.send(
+          Type::responseWebViewConsole,
+          encodeJson(WebViewConsoleResponse{
+                         {{978'307'200.5, "error", message->payload, "https://a.example/"}}, 7})
+              .value());
+    }
+  };
+  const ScriptedServer server({echo});
+  const ProgramResult result = tarnix(server, {"console", "--level", "error", "--limit", "3"});
+  expectExit(ExitCode::success, result);
+  EXPECT_NE(result.output.find(R"(error  {"level":"error","limit":3})"), std::string::npos)
+      << result.output;
+  EXPECT_NE(result.output.find("1 of 7 lines"), std::string::npos) << result.output;
+  const ProgramResult json = tarnix(server, {"console", "--json"});
+  EXPECT_EQ(decodeJson<WebViewConsoleResponse>(json.output).value().entries.at(0).message, "{}");
+  expectExit(ExitCode::usage, tarnix(server, {"console", "--level", "loud"}));
 }
 
 TEST(ScreenCommands, SayThatAHostDoesNotAnswer) {

@@ -10,6 +10,7 @@
 #include "tests/contract/screen_description.h"
 #include "tests/fakes/fake_application.h"
 #include "tests/fakes/fake_main_queue.h"
+#include "tests/fakes/fake_overlay_surfaces.h"
 
 namespace tarnix::contract {
 
@@ -18,6 +19,7 @@ class FakeHostWorld {
  public:
   platform::Application& application() { return application_; }
   platform::MainQueue& mainQueue() { return mainQueue_; }
+  platform::OverlaySurfaces& overlaySurfaces() { return overlaySurfaces_; }
 
   bool pumpUntil(const std::function<bool()>& condition) {
     constexpr int enough = 1000;
@@ -35,6 +37,7 @@ class FakeHostWorld {
     auto window = std::make_shared<fakes::FakeWindow>();
     window->name = "Window";
     window->frame = {{0, 0}, screen.size};
+    overlaySurfaces_.window = {screen.size, 0, {}};
     for (const Thing& thing : screen.things) {
       window->children.push_back(viewOf(thing));
     }
@@ -50,6 +53,7 @@ class FakeHostWorld {
       }
     }
     application_.scenes.clear();
+    overlaySurfaces_.window.reset();
   }
 
  private:
@@ -91,6 +95,7 @@ class FakeHostWorld {
 
   fakes::FakeMainQueue mainQueue_;
   fakes::FakeApplication application_;
+  fakes::FakeOverlaySurfaces overlaySurfaces_;
   std::shared_ptr<fakes::FakeWindowScene> scene_;
   std::vector<std::weak_ptr<fakes::FakeView>> views_;
 };

@@ -27,6 +27,7 @@ class Qt6HostWorld {
  public:
   platform::Application& application() { return *qt6Services().application; }
   platform::MainQueue& mainQueue() { return *qt6Services().mainQueue; }
+  platform::OverlaySurfaces& overlaySurfaces() { return *qt6Services().overlaySurfaces; }
   bool pumpUntil(const std::function<bool()>& condition) { return contract::pumpUntil(condition); }
   void letPass(std::chrono::milliseconds duration) { contract::letPass(duration); }
 };

@@ -83,6 +83,30 @@ TEST(Qt6ViewReading, ASuperviewIsWhatAViewStandsIn) {
   EXPECT_EQ(window->superview(), nullptr);
 }
 
+class Board : public QWidget {
+ public:
+  using QWidget::QWidget;
+
+ protected:
+  void mousePressEvent(QMouseEvent*) override {}
+};
+
+TEST(Qt6ViewReading, AWidgetThatTakesPressesByItselfReactsToTouch) {
+  WidgetsHostWorld world;
+  QWidget window;
+  Board board(&window);
+  board.setObjectName("board");
+  QWidget plain(&window);
+  plain.setObjectName("plain");
+  window.resize(200, 100);
+  window.show();
+  ASSERT_TRUE(world.pumpUntil([&] { return keyWindowOf(world.application()) != nullptr; }));
+  for (const auto& view : viewsBelow(*keyWindowOf(world.application()))) {
+    EXPECT_EQ(view->touchReactions().hasGestureRecognizers,
+              view->accessibilityIdentifier() == "board");
+  }
+}
+
 TEST(Qt6ViewReading, AnAuthorsNameIsTheIdentifier) {
   WidgetsHostWorld world;
   QWidget window;

@@ -23,11 +23,17 @@ bool hasKeyHandler(const QQuickItem& item) {
   return std::strncmp(metaObject->className(), "QQuick", 6) != 0 && item.activeFocusOnTab();
 }
 
+/// Whether the focus has gone no further than what all of a window's items stand in.
+bool holdsScene(const QQuickItem& item, const QQuickWindow& window) {
+  return &item == window.contentItem() ||
+         std::strcmp(item.metaObject()->className(), "QQuickContentItem") == 0;
+}
+
 }  // namespace
 
 QQuickItem* focusedItem(const QQuickWindow& window) {
   QQuickItem* item = window.activeFocusItem();
-  if (item == nullptr || item == window.contentItem()) {
+  if (item == nullptr || holdsScene(*item, window)) {
     item = window.contentItem();
     // Bounded like every walk through items of the host's.
     for (int depth = 0; item != nullptr && depth < 1'000; ++depth) {
@@ -38,7 +44,7 @@ QQuickItem* focusedItem(const QQuickWindow& window) {
       item = inside;
     }
   }
-  return item == window.contentItem() ? nullptr : item;
+  return item == nullptr || holdsScene(*item, window) ? nullptr : item;
 }
 
 bool takesKeys(const QQuickItem& item) {

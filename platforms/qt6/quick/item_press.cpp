@@ -17,7 +17,13 @@ namespace {
 constexpr int deepest = 1'000;
 
 /// What an item itself makes of a press.
-enum class Reaction { passesOn, keeps, reacts };
+enum class Reaction {
+  passesOn,
+  keeps,
+  reacts,
+  /// And lets it through to what is behind.
+  reactsAndPassesOn,
+};
 
 constexpr Reaction reactsIf(bool reacts) { return reacts ? Reaction::reacts : Reaction::passesOn; }
 constexpr Reaction keepsUnless(bool reacts) { return reacts ? Reaction::reacts : Reaction::keeps; }
@@ -79,7 +85,7 @@ Reaction reactionOfOverlay(const QQuickItem& overlay) {
     constexpr int closesOutside = 0x0F;
     if ((control.property("closePolicy").toInt() & closesOutside) != 0) {
       // A popup that is not modal lets the press through to what it reaches then.
-      return control.property("modal").toBool() ? Reaction::reacts : Reaction::passesOn;
+      return control.property("modal").toBool() ? Reaction::reacts : Reaction::reactsAndPassesOn;
     }
     if (control.property("modal").toBool()) {
       return Reaction::keeps;
@@ -226,6 +232,7 @@ Press pressAt(QQuickItem& root, QPointF scenePoint) {
   Targets targets(scenePoint);
   targets.collect(root, 0);
   QQuickItem* front = nullptr;
+  QQuickItem* reactingInFront = nullptr;
   bool isKept = false;
   for (QQuickItem* item : targets.items()) {
     const Reaction reaction =
@@ -236,6 +243,9 @@ Press pressAt(QQuickItem& root, QPointF scenePoint) {
     if (hasTapHandler(*item, isKept)) {
       return {item, Press::Effect::tapHandler};
     }
+    if (reaction == Reaction::reactsAndPassesOn && reactingInFront == nullptr) {
+      reactingInFront = item;
+    }
     if (front == nullptr) {
       front = item;
     }
@@ -244,6 +254,9 @@ Press pressAt(QQuickItem& root, QPointF scenePoint) {
       front = isKept ? front : item;
       isKept = true;
     }
+  }
+  if (reactingInFront != nullptr) {
+    return {reactingInFront, Press::Effect::control};
   }
   return {front, Press::Effect::none};
 }

@@ -46,6 +46,11 @@ OverlayItem::OverlayItem(QQuickWindow& window) {
   setAcceptedMouseButtons(Qt::NoButton);
   setZ(inFrontOfAll);
   living().push_back(this);
+  // Where a child of the host's begins, so that the rectangle around them all stays what it is.
+  const QList<QQuickItem*> children = window.contentItem()->childItems();
+  if (!children.isEmpty()) {
+    setPosition(children.first()->position());
+  }
   setParentItem(window.contentItem());
 }
 
@@ -92,7 +97,7 @@ QSGNode* OverlayItem::makeNode(const platform::Figure& figure) const {
   const QRectF bounds = boundsOf(figure).translated(origin_);
   if (const platform::RoundedRectangle* const rectangle = plainRectangle(figure)) {
     QSGRectangleNode* const node = window()->createRectangleNode();
-    node->setRect(bounds);
+    node->setRect(bounds.translated(-position()));
     const platform::Color& fill = rectangle->fill;
     node->setColor(QColor::fromRgbF(static_cast<float>(fill.red), static_cast<float>(fill.green),
                                     static_cast<float>(fill.blue),
@@ -119,7 +124,7 @@ QSGNode* OverlayItem::makeNode(const platform::Figure& figure) const {
   QSGImageNode* const node = window()->createImageNode();
   node->setTexture(window()->createTextureFromImage(image, QQuickWindow::TextureHasAlphaChannel));
   node->setOwnsTexture(true);
-  node->setRect(QRectF(QPointF(seen.topLeft()) / ratio, QSizeF(seen.size()) / ratio));
+  node->setRect(QRectF(QPointF(seen.topLeft()) / ratio - position(), QSizeF(seen.size()) / ratio));
   return node;
 }
 

@@ -10,12 +10,15 @@ QImage lastImageOf(QQuickWindow& window) {
   }
   // No public way leads to the last frame, neither in software nor on a graphics card: the scene is
   // drawn once more, as it stands. What asked to be laid out since is laid out by that, as it would
-  // be for the next frame; nothing else is. Without a device to draw on there never was a frame, and
-  // making one for the picture would take as long as a start.
+  // be for the next frame; nothing else is. Without a device to draw on there never was a frame,
+  // and making one for the picture would take as long as a start.
   if (!window.isSceneGraphInitialized()) {
     return {};
   }
-  return window.grabWindow();
+  QImage image = window.grabWindow();
+  // Drawn in software it does not say so itself.
+  image.setDevicePixelRatio(window.effectiveDevicePixelRatio());
+  return image;
 }
 
 }  // namespace tarnix::qt6

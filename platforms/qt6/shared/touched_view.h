@@ -27,6 +27,9 @@ class TouchedView : public platform::View {
   std::optional<std::string> accessibilityIdentifier() const override {
     return view_->accessibilityIdentifier();
   }
+  platform::Rect wholeFrame() const override { return view_->wholeFrame(); }
+  platform::TouchReactions touchReactions() const override { return view_->touchReactions(); }
+  bool hasAccessibilityLabel() const override { return view_->hasAccessibilityLabel(); }
   bool isAccessibilityElement() const override { return view_->isAccessibilityElement(); }
   std::string accessibilityLabel() const override { return view_->accessibilityLabel(); }
   platform::Rect accessibilityFrame() const override { return view_->accessibilityFrame(); }

@@ -53,6 +53,12 @@ bool OverlayWidget::isOne(const QObject& child) {
                      [&child](const OverlayWidget* each) { return each == &child; });
 }
 
+bool OverlayWidget::isPaintedOver(const QWidget& host) {
+  return std::any_of(living().begin(), living().end(), [&host](const OverlayWidget* each) {
+    return each->parentWidget() == &host && each->hasPainted_;
+  });
+}
+
 bool OverlayWidget::eventFilter(QObject* watched, QEvent* event) {
   if (isAboutChild(*event) && static_cast<QChildEvent*>(event)->child() == this) {
     return true;
@@ -88,6 +94,7 @@ void OverlayWidget::paintEvent(QPaintEvent* event) {
   if (list_ == nullptr || isHiddenForPicture_) {
     return;
   }
+  hasPainted_ = true;
   QPainter painter(this);
   painter.translate(origin_);
   for (const platform::Figure& figure : *list_) {

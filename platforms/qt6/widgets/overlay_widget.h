@@ -24,6 +24,8 @@ class OverlayWidget : public QWidget {
 
   /// Whether a child of the host is one of ours.
   static bool isOne(const QObject& child);
+  /// Whether what `host` has painted has figures of ours in it.
+  static bool isPaintedOver(const QWidget& host);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -35,6 +37,7 @@ class OverlayWidget : public QWidget {
   std::shared_ptr<const platform::DisplayList> list_;
   QPointF origin_;
   bool isHiddenForPicture_ = false;
+  bool hasPainted_ = false;
 };
 
 }  // namespace tarnix::qt6

@@ -7,6 +7,7 @@
 
 #include "platforms/qt6/shared/user_interface_part.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
+#include "platforms/qt6/widgets/overlay_widget.h"
 
 namespace tarnix::qt6 {
 
@@ -74,7 +75,9 @@ QImage lastImageOf(QWidget& window, ViewSource& source) {
     return {};
   }
   const OtherContent other = otherContentOf(window);
-  QImage image = other.hasTextures ? QImage() : paintedPixels(window);
+  // What was painted last may have our own figures in it, which painting for a picture leaves out.
+  const bool isPlain = !other.hasTextures && !OverlayWidget::isPaintedOver(window);
+  QImage image = isPlain ? paintedPixels(window) : QImage();
   if (image.isNull()) {
     image = repainted(window);
   }

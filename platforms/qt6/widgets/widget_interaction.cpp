@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QWidget>
 
+#include "platforms/qt6/widgets/own_handlers.h"
 #include "platforms/qt6/widgets/widget_label.h"
 
 namespace tarnix::qt6 {
@@ -28,13 +29,13 @@ bool isUserInteractionEnabled(const QWidget& widget, WidgetKind kind) {
   }
   switch (kind) {
     case WidgetKind::label:
-      return reacts(static_cast<const QLabel&>(widget));
+      return reacts(static_cast<const QLabel&>(widget)) || hasOwnPressHandler(widget);
     case WidgetKind::groupBox:
       return static_cast<const QGroupBox&>(widget).isCheckable();
     case WidgetKind::progressBar:
     case WidgetKind::lcdNumber:
     case WidgetKind::statusBar:
-      return false;
+      return hasOwnPressHandler(widget);
     default:
       return true;
   }
@@ -66,8 +67,9 @@ bool hasGestureRecognizers(const QWidget& widget, WidgetKind kind) {
     case WidgetKind::subWindow:
       return true;
     default:
-      // Item views, text editors and whatever else scrolls.
-      return qobject_cast<const QAbstractScrollArea*>(&widget) != nullptr;
+      // Item views, text editors and whatever else scrolls; and what its author has react.
+      return qobject_cast<const QAbstractScrollArea*>(&widget) != nullptr ||
+             hasOwnPressHandler(widget);
   }
 }
 

@@ -83,9 +83,9 @@ ApplicationWindow {
             id: pages
             x: 430; y: 320; width: 200; height: 160; clip: true
             onCurrentIndexChanged: window.did("page " + currentIndex)
-            Page { Label { text: "Page 0" } }
-            Page { Label { text: "Page 1" } }
-            Page { Label { text: "Page 2" } }
+            Page { width: 200; height: 160; Label { text: "Page 0" } }
+            Page { width: 200; height: 160; Label { text: "Page 1" } }
+            Page { width: 200; height: 160; Label { text: "Page 2" } }
         }
         Rectangle {
             x: 60; y: 520; width: 80; height: 80; color: "orchid"; rotation: 45; scale: 0.8

@@ -6,6 +6,11 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWidget>
+#include <QQuickWindow>
 #include <QScrollArea>
 #include <QStringListModel>
 #include <QThread>
@@ -40,6 +45,27 @@ void fillWithMarks(QWidget& window) {
   (new QLabel("Total", &window))->setGeometry(150, 200, 100, 30);
 }
 
+const char* const scene = R"(
+import QtQuick
+Rectangle {
+  width: 120; height: 100; color: "white"
+  Rectangle { objectName: "mark " + color; x: 20; y: 30; width: 40; height: 20; color: "%1" }
+})";
+
+/// One scene that is drawn into a widget, and one in a window of its own that stands in a widget.
+void addScenes(QWidget& window, QQmlEngine& engine) {
+  QQmlComponent inWidget(&engine);
+  inWidget.setData(QString(scene).arg("#00ffff").toUtf8(), QUrl());
+  auto* const widget = new QQuickWidget(&engine, &window);
+  widget->setContent(QUrl(), &inWidget, inWidget.create());
+  widget->setGeometry(10, 120, 120, 100);
+  QQmlComponent inWindow(&engine);
+  inWindow.setData(QString(scene).arg("#808000").toUtf8(), QUrl());
+  auto* const view = new QQuickWindow;
+  qobject_cast<QQuickItem*>(inWindow.create())->setParentItem(view->contentItem());
+  QWidget::createWindowContainer(view, &window)->setGeometry(200, 120, 120, 100);
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
@@ -49,6 +75,7 @@ int main(int argumentCount, char** arguments) {
     QTimer::singleShot(600'000, &application, &QCoreApplication::quit);
     return QApplication::exec();
   }
+  QQmlEngine engine;
   QWidget window;
   window.setWindowTitle("Marks");
   fillWithMarks(window);
@@ -62,6 +89,9 @@ int main(int argumentCount, char** arguments) {
     auto* const tree = new QTreeView(&window);
     tree->setModel(&rows);
     tree->setGeometry(0, 120, 300, 180);
+  }
+  if (mode == "scenes") {
+    addScenes(window, engine);
   }
   window.show();
   QDialog dialog(&window);

@@ -159,6 +159,12 @@ class Marks(unittest.TestCase):
                 self.assertEqual(kinds["Total"]["type"], "Label")
                 self.assertFalse(kinds["Total"]["interactive"])
 
+    def test_scenes_inside_widgets(self):
+        for scale in (1, 2):
+            with self.subTest(scale=scale), \
+                    Host([MARKS_HOST, "scenes"], QT_SCALE_FACTOR=str(scale)) as host:
+                self.expect_marks(host, f"scenes-{scale}", scale, (400, 300), 6)
+
     def test_a_dialog_is_what_is_read(self):
         for scale in (1, 2):
             with self.subTest(scale=scale), \

@@ -1,5 +1,6 @@
 """The commands about traffic, on a QML application."""
 
+import shutil
 import signal
 import tempfile
 
@@ -63,6 +64,9 @@ class Commands(unittest.TestCase):
         cls.folder = tempfile.TemporaryDirectory()
         cls.page = pathlib.Path(cls.folder.name) / "page.qml"
         cls.page.write_text(PAGE, encoding="utf-8")
+        # A name that no other application on this machine has.
+        cls.runtime = pathlib.Path(cls.folder.name) / f"traffic-page-{os.getpid()}"
+        shutil.copy(QML_RUNTIME, cls.runtime)
         cls.host = cls.start()
         cls.port = cls.host.port()
 
@@ -74,7 +78,7 @@ class Commands(unittest.TestCase):
 
     @classmethod
     def start(cls):
-        return Process([QML_RUNTIME, cls.page, "--", f"http://127.0.0.1:{cls.server.port}"])
+        return Process([cls.runtime, cls.page, "--", f"http://127.0.0.1:{cls.server.port}"])
 
     def tarnix(self, *words, code=0):
         done = subprocess.run([TARNIX, *words, "--pid", str(self.host.pid)], capture_output=True,
@@ -83,7 +87,8 @@ class Commands(unittest.TestCase):
         return done.stdout
 
     def watched(self, *options):
-        return [json.loads(line) for line in self.tarnix("watch", "--json", "--no-log", *options).splitlines()]
+        lines = self.tarnix("watch", "--no-log", "--json", *options).splitlines()
+        return [json.loads(line) for line in lines]
 
     def label(self):
         return self.tarnix("html")
@@ -115,7 +120,8 @@ class Commands(unittest.TestCase):
         self.assertIn("turn=", first["url"])
 
     def test_watch_survives_other_commands_and_a_new_start(self):
-        watch = subprocess.Popen([TARNIX, "watch", "--json", "--name", "qml"],
+        watch = subprocess.Popen([TARNIX, "watch", "--no-log", "--json", "--name",
+                                  self.runtime.name],
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         try:
             seen = [json.loads(watch.stdout.readline())["id"] for _ in range(2)]

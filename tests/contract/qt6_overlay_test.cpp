@@ -1,0 +1,261 @@
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QDialog>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "platforms/qt6/base/window_order.h"
+#include "platforms/qt6/shared/picture_without_overlay.h"
+#include "tests/contract/qt6_host_world.h"
+
+/// What the toolkit must not notice of what is drawn over its windows.
+namespace tarnix::contract {
+namespace {
+
+platform::DisplayList squareAt(platform::Point origin) {
+  return {{{.shape =
+                platform::RoundedRectangle{
+                    .frame = {{0, 0}, {50, 50}}, .cornerRadius = 4, .fill = {1, 0, 0, 1}},
+            .transform = {1, origin}}}};
+}
+
+class Overlay {
+ public:
+  Overlay() : surface_(qt6Services().overlaySurfaces->makeSurface(scene())) {}
+
+  void show(const platform::DisplayList& list) {
+    place = surface_->place();
+    surface_->show(list);
+  }
+
+  std::optional<platform::OverlaySurface::Place> place;
+
+ private:
+  platform::WindowScene& scene() {
+    scene_ = qt6Services().application->connectedScenes().at(0);
+    return *scene_;
+  }
+
+  std::shared_ptr<platform::WindowScene> scene_;
+  std::unique_ptr<platform::OverlaySurface> surface_;
+};
+
+bool isRed(const QImage& picture, QPoint at) {
+  const QColor color = picture.pixelColor(at);
+  return color.red() > 240 && color.green() < 15 && color.blue() < 15;
+}
+
+template <class Widget>
+std::unique_ptr<Widget> shown(std::unique_ptr<Widget> widget) {
+  widget->show();
+  widget->activateWindow();
+  pumpUntil([&] { return widget->isActiveWindow() && widget->windowHandle()->isExposed(); });
+  return widget;
+}
+
+class Form : public QWidget {
+ public:
+  Form() {
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(&field);
+    layout->addWidget(&button);
+    resize(400, 300);
+  }
+
+  std::vector<QEvent::Type> childEvents;
+  QLineEdit field;
+  QPushButton button{"Save"};
+
+ protected:
+  void childEvent(QChildEvent* event) override {
+    childEvents.push_back(event->type());
+    QWidget::childEvent(event);
+  }
+};
+
+TEST(Qt6WidgetOverlay, IsDrawnInFrontAndGoesWithoutATrace) {
+  const auto form = shown(std::make_unique<Form>());
+  const QImage before = form->grab().toImage();
+  const qsizetype childrenBefore = form->children().size();
+  {
+    Overlay overlay;
+    overlay.show(squareAt({150, 100}));
+    EXPECT_TRUE(isRed(form->grab().toImage(), {175, 125}));
+    overlay.show(squareAt({10, 10}));
+    const QImage moved = form->grab().toImage();
+    EXPECT_TRUE(isRed(moved, {35, 35}));
+    EXPECT_EQ(moved.pixel(175, 125), before.pixel(175, 125));
+  }
+  EXPECT_EQ(form->grab().toImage(), before);
+  EXPECT_EQ(form->children().size(), childrenBefore);
+  EXPECT_FALSE(form->windowHandle()->property(qt6::overlayPaneProperty).isValid());
+}
+
+TEST(Qt6WidgetOverlay, TakesNoMouseNoFocusAndNoPlace) {
+  const auto form = shown(std::make_unique<Form>());
+  form->field.setFocus();
+  const QRect field = form->field.geometry();
+  const QRect button = form->button.geometry();
+  form->childEvents.clear();
+  QWidget* const after = form->button.nextInFocusChain();
+  {
+    Overlay overlay;
+    overlay.show(squareAt({150, 100}));
+    letPass(std::chrono::milliseconds(20));
+    EXPECT_EQ(form->childAt(button.center()), &form->button);
+    EXPECT_EQ(QApplication::focusWidget(), &form->field);
+    EXPECT_EQ(form->field.geometry(), field);
+    EXPECT_EQ(form->button.geometry(), button);
+    EXPECT_EQ(form->layout()->count(), 2);
+    QAccessibleInterface* const spoken = QAccessible::queryAccessibleInterface(form.get());
+    EXPECT_EQ(spoken->childCount(), 2);
+    form->field.nextInFocusChain();
+    EXPECT_EQ(form->focusWidget(), &form->field);
+  }
+  EXPECT_TRUE(form->childEvents.empty()) << "its window never learns of it";
+  EXPECT_EQ(form->button.nextInFocusChain(), after);
+}
+
+TEST(Qt6WidgetOverlay, IsNotAdoptedByASplitter) {
+  auto splitter = std::make_unique<QSplitter>();
+  splitter->addWidget(new QLabel("left"));
+  splitter->addWidget(new QLabel("right"));
+  splitter->resize(400, 300);
+  splitter = shown(std::move(splitter));
+  const QList<int> sizes = splitter->sizes();
+  {
+    Overlay overlay;
+    overlay.show(squareAt({150, 100}));
+    letPass(std::chrono::milliseconds(20));
+    EXPECT_EQ(splitter->count(), 2);
+    EXPECT_EQ(splitter->sizes(), sizes);
+    EXPECT_TRUE(isRed(splitter->grab().toImage(), {175, 125}));
+    splitter->resize(500, 320);
+    overlay.show(squareAt({440, 260}));
+    EXPECT_TRUE(isRed(splitter->grab().toImage(), {465, 285}));
+  }
+  EXPECT_EQ(splitter->count(), 2);
+}
+
+TEST(Qt6WidgetOverlay, StaysInFrontOfWhatComesLater) {
+  const auto form = shown(std::make_unique<Form>());
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  QLabel late("late", form.get());
+  late.setAutoFillBackground(true);
+  late.setGeometry(form->rect());
+  late.show();
+  overlay.show(squareAt({150, 101}));
+  EXPECT_TRUE(isRed(form->grab().toImage(), {175, 125}));
+}
+
+TEST(Qt6WidgetOverlay, IsNotInOurPictures) {
+  const auto form = shown(std::make_unique<Form>());
+  const QImage before = form->grab().toImage();
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  {
+    const qt6::PictureWithoutOverlay hidden(*form->windowHandle());
+    EXPECT_EQ(form->grab().toImage(), before);
+  }
+  EXPECT_TRUE(isRed(form->grab().toImage(), {175, 125}));
+}
+
+TEST(Qt6WidgetOverlay, SurvivesItsWindow) {
+  auto form = shown(std::make_unique<Form>());
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  form = nullptr;
+  overlay.show(squareAt({150, 100}));
+  EXPECT_FALSE(overlay.place);
+}
+
+TEST(Qt6WidgetOverlay, FollowsToADialogAndKeepsItsPlaceOnTheDesktop) {
+  const auto form = shown(std::make_unique<Form>());
+  form->move(20, 30);
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  auto dialog = std::make_unique<QDialog>(form.get());
+  dialog->setGeometry(form->geometry().x() + 100, form->geometry().y() + 80, 200, 150);
+  dialog = shown(std::move(dialog));
+  overlay.show(squareAt({50, 20}));
+  const QPoint between = form->geometry().topLeft() - dialog->geometry().topLeft();
+  EXPECT_EQ(overlay.place->movedBy,
+            (platform::Point{static_cast<double>(between.x()), static_cast<double>(between.y())}));
+  EXPECT_EQ(overlay.place->size.width, 200);
+  EXPECT_TRUE(isRed(dialog->grab().toImage(), {75, 45}));
+  EXPECT_TRUE(isRed(form->grab().toImage(), QPoint(75, 45) - between))
+      << "the same place, in the window behind";
+}
+
+TEST(Qt6QuickOverlay, IsDrawnInFrontAndGoesWithoutATrace) {
+  QuickHostWorld world;
+  world.show({.size = {400, 300}, .things = {{.label = "Save", .frame = {{150, 100}, {100, 40}}}}});
+  auto* const window = qobject_cast<QQuickWindow*>(qt6::WindowOrder::shared().keyWindow());
+  ASSERT_NE(window, nullptr);
+  const QImage before = window->grabWindow();
+  QQuickItem* const root = window->contentItem();
+  const qsizetype itemsBefore = root->childItems().size();
+  const qsizetype objectsBefore = window->findChildren<QQuickItem*>().size();
+  const QRectF extent = root->childrenRect();
+  QQuickItem* const under = root->childAt(175, 125);
+  {
+    Overlay overlay;
+    overlay.show(squareAt({150, 100}));
+    EXPECT_TRUE(isRed(window->grabWindow(), {175, 125}));
+    EXPECT_EQ(root->childAt(175, 125), under);
+    EXPECT_EQ(root->childAt(10, 10), nullptr);
+    EXPECT_EQ(root->childrenRect(), extent);
+    EXPECT_EQ(window->findChildren<QQuickItem*>().size(), objectsBefore);
+    {
+      const qt6::PictureWithoutOverlay hidden(*window);
+      EXPECT_EQ(window->grabWindow(), before);
+    }
+    EXPECT_TRUE(isRed(window->grabWindow(), {175, 125}));
+    overlay.show(squareAt({10, 10}));
+    EXPECT_TRUE(isRed(window->grabWindow(), {35, 35}));
+  }
+  EXPECT_EQ(window->grabWindow(), before);
+  EXPECT_EQ(root->childItems().size(), itemsBefore);
+}
+
+TEST(Qt6QuickOverlay, MovesNoFocus) {
+  QuickHostWorld world;
+  world.show(
+      {.things = {{.kind = Thing::Kind::field, .label = "Name", .frame = {{10, 10}, {200, 40}}}}});
+  auto* const window = qobject_cast<QQuickWindow*>(qt6::WindowOrder::shared().keyWindow());
+  window->contentItem()->childItems().first()->forceActiveFocus();
+  QQuickItem* const focused = window->activeFocusItem();
+  int changes = 0;
+  QObject::connect(window, &QQuickWindow::activeFocusItemChanged, window, [&] { ++changes; });
+  {
+    Overlay overlay;
+    overlay.show(squareAt({150, 100}));
+    letPass(std::chrono::milliseconds(20));
+  }
+  EXPECT_EQ(window->activeFocusItem(), focused);
+  EXPECT_EQ(changes, 0);
+}
+
+TEST(Qt6QuickOverlay, SurvivesItsWindow) {
+  QuickHostWorld world;
+  world.show({});
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  world.removeAll();
+  overlay.show(squareAt({150, 100}));
+  EXPECT_FALSE(overlay.place);
+}
+
+}  // namespace
+}  // namespace tarnix::contract

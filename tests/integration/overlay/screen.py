@@ -1,0 +1,104 @@
+"""An X server of a test's own, and the pictures of it that a person would see."""
+
+import os
+import subprocess
+
+from loading_support import wait_until
+
+
+class Picture:
+    """Pixels of three bytes, in rows from the top."""
+
+    def __init__(self, width, height, pixels):
+        self.width = width
+        self.height = height
+        self.pixels = pixels
+
+    def at(self, x, y):
+        start = 3 * (y * self.width + x)
+        return tuple(self.pixels[start : start + 3])
+
+    @staticmethod
+    def read(source, environment=None):
+        """From a file, or what `import` shows when `source` is its arguments."""
+        command = ["convert", source] if isinstance(source, str) else source
+        data = subprocess.run(
+            [*command, "-depth", "8", "ppm:-"], env=environment, capture_output=True, check=True
+        ).stdout
+        magic, width, height, most, pixels = data.split(maxsplit=4)
+        # What follows the header may begin with what looks like a blank.
+        pixels = data[len(data) - 3 * int(width) * int(height) :]
+        assert magic == b"P6" and most == b"255"
+        return Picture(int(width), int(height), pixels)
+
+    def write(self, path):
+        header = f"P6\n{self.width} {self.height}\n255\n".encode()
+        subprocess.run(
+            ["convert", "ppm:-", "-strip", str(path)],
+            input=header + self.pixels,
+            check=True,
+        )
+
+    def difference(self, other, tolerance):
+        """The part of all pixels of which a colour differs by more than this."""
+        if (self.width, self.height) != (other.width, other.height):
+            return 1.0
+        differing = 0
+        for start in range(0, len(self.pixels), 3):
+            mine = self.pixels[start : start + 3]
+            others = other.pixels[start : start + 3]
+            if mine != others and any(abs(a - b) > tolerance for a, b in zip(mine, others)):
+                differing += 1
+        return differing / (self.width * self.height)
+
+
+class Screen:
+    """Ended with the block."""
+
+    def __init__(self, width=800, height=600):
+        reading, writing = os.pipe()
+        self._server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24"]
+            + ["-nolisten", "tcp"],
+            pass_fds=[writing],
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        os.close(writing)
+        with os.fdopen(reading) as number:
+            self.display = ":" + number.readline().strip()
+
+    def environment(self, **changes):
+        return {**os.environ, "DISPLAY": self.display, **changes}
+
+    def picture(self, window="root"):
+        return Picture.read(
+            ["import", "-silent", "-window", str(window)], self.environment()
+        )
+
+    def click(self, x, y):
+        subprocess.run(
+            ["xdotool", "mousemove", str(x), str(y), "click", "1"],
+            env=self.environment(),
+            check=True,
+        )
+
+    def wait_for_rest(self, window="root"):
+        """The picture once it has not changed for a moment."""
+        last = [self.picture(window)]
+
+        def rests():
+            now = self.picture(window)
+            is_same = now.pixels == last[0].pixels
+            last[0] = now
+            return is_same
+
+        wait_until(rests)
+        return last[0]
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self._server.terminate()
+        self._server.wait()
