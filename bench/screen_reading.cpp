@@ -1,6 +1,7 @@
 // How long it takes to read one screen from outside: as HTML from the probe, and node by node over
 // the desktop's accessibility bus, from the same running application, for 100, 1,000 and 10,000
-// elements. Runs under bench/run, which provides an X server and a session bus.
+// elements; and each other question about the screen beside them. Runs under bench/run, which
+// provides an X server and a session bus.
 //
 //     bench_screen_reading LIBRARY_FOLDER QML_RUNTIME QML_FILE
 
@@ -73,6 +74,42 @@ std::optional<std::int64_t> readHTML(CompanionClient& client) {
   return response ? std::optional(response->elementCount) : std::nullopt;
 }
 
+struct Question {
+  const char* name;
+  CompanionMessageType command;
+  CompanionMessageType answer;
+  const char* payload = "{}";
+};
+
+constexpr Question questions[] = {
+    {"text", CompanionMessageType::commandScreenText, CompanionMessageType::responseScreenText},
+    {"find", CompanionMessageType::commandFindElement, CompanionMessageType::responseFindElement,
+     R"({"text":"7"})"},
+    {"snapshot", CompanionMessageType::commandRequestSnapshot,
+     CompanionMessageType::responseSnapshot},
+    {"audit", CompanionMessageType::commandAccessibilityAudit,
+     CompanionMessageType::responseAccessibilityAudit},
+    {"screenshot", CompanionMessageType::commandRequestScreenshot,
+     CompanionMessageType::responseScreenshot},
+};
+
+/// The round trips of all other questions; false when one got no answer.
+bool printQuestions(CompanionClient& client) {
+  constexpr int repetitions = 20;
+  fmt::print("      ");
+  bool isAnswered = true;
+  for (const Question& question : questions) {
+    const Times times = measure(repetitions, [&] {
+      isAnswered =
+          isAnswered && client.request({question.command, question.payload, {}}, question.answer,
+                                       companion::deadlineIn(answerLimit));
+    });
+    fmt::print("   {} {:.2f} ms", question.name, times.median);
+  }
+  fmt::print("\n");
+  return isAnswered;
+}
+
 bool waitForElements(CompanionClient& client, std::int64_t count) {
   const companion::Deadline limit = companion::deadlineIn(startUpLimit);
   while (!companion::isOver(limit)) {
@@ -105,7 +142,7 @@ bool compare(const std::string& libraries, const std::string& runtime, const std
       "{:6} elements   HTML {:9.2f} ms (worst {:.2f})   accessibility bus, {} nodes {:10.1f} ms   "
       "{:.0f} times faster\n",
       elements, html.median, html.worst, nodes, slow.median, slow.median / html.median);
-  return nodes >= static_cast<std::size_t>(count);
+  return printQuestions(*client) && nodes >= static_cast<std::size_t>(count);
 }
 
 }  // namespace

@@ -6,6 +6,12 @@ add_compile_options(
   $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
   -fno-omit-frame-pointer)
 
+# Lines for the stacks of reports; what variables hold is for the debug preset, and a third more to
+# compile.
+if(TARNIX_SANITIZE OR NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  add_compile_options(-g1)
+endif()
+
 if(TARNIX_SANITIZE)
   add_compile_options(-fsanitize=${TARNIX_SANITIZE} -fno-sanitize-recover=all)
   if(TARNIX_SANITIZE MATCHES undefined)

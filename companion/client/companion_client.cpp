@@ -10,7 +10,7 @@
 namespace tarnix::companion {
 namespace {
 
-using Kind = CompanionError::Kind;
+using Kind = ClientError::Kind;
 using namespace std::chrono_literals;
 
 // Between two tries, doubled each time: a replaced connection ends within one turn of the host's
@@ -28,14 +28,14 @@ bool pauseBeforeTry(int tries, Deadline deadline) {
   return true;
 }
 
-CompanionError notAProbe(const CompanionEndpoint& endpoint) {
+ClientError notAProbe(const CompanionEndpoint& endpoint) {
   return {Kind::notUnderstood,
           fmt::format("what listens on port {} does not talk like a probe of this version. See "
                       "which port is meant with `tarnix list`.",
                       endpoint.port)};
 }
 
-CompanionError droppedAgainAndAgain(const CompanionEndpoint& endpoint, int tries) {
+ClientError droppedAgainAndAgain(const CompanionEndpoint& endpoint, int tries) {
   return {Kind::dropped,
           fmt::format("the application on port {} closed the connection {} times. It is ending, "
                       "belongs to another user, or another companion keeps connecting; close that "
@@ -43,7 +43,7 @@ CompanionError droppedAgainAndAgain(const CompanionEndpoint& endpoint, int tries
                       endpoint.port, tries)};
 }
 
-CompanionError noSync(const CompanionEndpoint& endpoint, bool insideBody) {
+ClientError noSync(const CompanionEndpoint& endpoint, bool insideBody) {
   if (insideBody) {
     return {Kind::noAnswer,
             fmt::format("the full sync from port {} began and was not whole in time. Allow more "
@@ -111,7 +111,7 @@ Outcome<CompanionClient> CompanionClient::connect(CompanionEndpoint endpoint, De
 Failure CompanionClient::send(const CompanionMessage& message, Deadline deadline) {
   const std::optional<std::string> envelope = message.encodeEnvelope();
   if (!envelope) {
-    return CompanionError{Kind::notUnderstood, "the command's time is not a number."};
+    return ClientError{Kind::notUnderstood, "the command's time is not a number."};
   }
   return link_.writeBody(*envelope, deadline);
 }
@@ -139,7 +139,7 @@ Outcome<CompanionMessage> CompanionClient::exchange(const CompanionMessage& comm
     Outcome<CompanionMessage> message = receive(deadline);
     if (!message && message.error().kind == Kind::noAnswer) {
       const bool isArriving = link_.isInsideBody();
-      return CompanionError{
+      return ClientError{
           Kind::noAnswer,
           fmt::format("no {} came from port {} in time: {} Try again later, or allow more with "
                       "--timeout.",
@@ -167,7 +167,7 @@ Outcome<CompanionMessage> CompanionClient::request(const CompanionMessage& comma
       return message;
     }
     if (repetition == Repetition::forbidden) {
-      return CompanionError{
+      return ClientError{
           Kind::dropped,
           fmt::format("the application on port {} closed the connection before it answered; {} "
                       "may or may not have been carried out. Look before you repeat it.",

@@ -18,12 +18,12 @@ namespace tarnix::companion {
 namespace {
 
 using asio::ip::tcp;
-using Kind = CompanionError::Kind;
+using Kind = ClientError::Kind;
 
 // A full sync of a host that is busy has hundreds of kilobytes, a picture has megabytes.
 constexpr std::size_t readSize = 256 * 1024;
 
-CompanionError unreachable(const CompanionEndpoint& endpoint, const std::error_code& error) {
+ClientError unreachable(const CompanionEndpoint& endpoint, const std::error_code& error) {
   if (error == asio::error::connection_refused) {
     return {Kind::unreachable,
             fmt::format("nothing listens on port {} of {}. See which applications can be reached "
@@ -68,7 +68,7 @@ struct CompanionLink::Implementation {
     return arrived ? result : std::nullopt;
   }
 
-  CompanionError dropped(const std::error_code& error) const {
+  ClientError dropped(const std::error_code& error) const {
     const bool orderly = error == asio::error::eof;
     return {Kind::dropped,
             fmt::format("the application on port {} closed the connection{}. It has ended, or "
@@ -108,10 +108,10 @@ Outcome<CompanionLink> CompanionLink::open(const CompanionEndpoint& endpoint, De
             [done](const std::error_code& result, const tcp::endpoint&) mutable { done(result); });
       });
   if (!error) {
-    return CompanionError{Kind::noAnswer,
-                          fmt::format("no connection to {} port {} came about in time. Check "
-                                      "--host and --port, or allow more with --timeout.",
-                                      endpoint.host, endpoint.port)};
+    return ClientError{Kind::noAnswer,
+                       fmt::format("no connection to {} port {} came about in time. Check "
+                                   "--host and --port, or allow more with --timeout.",
+                                   endpoint.host, endpoint.port)};
   }
   if (*error) {
     return unreachable(endpoint, *error);
@@ -125,7 +125,7 @@ Failure CompanionLink::writeBody(std::string_view body, Deadline deadline) {
   Implementation& link = *implementation_;
   const std::optional<std::string> frame = CompanionFramer::handleOutput(body);
   if (!frame) {
-    return CompanionError{Kind::notUnderstood, "the command is too large for one message."};
+    return ClientError{Kind::notUnderstood, "the command is too large for one message."};
   }
   const std::optional<std::error_code> error =
       link.finish(deadline, WhenTimeIsOver::closeSocket, [&](auto done) {
@@ -134,11 +134,11 @@ Failure CompanionLink::writeBody(std::string_view body, Deadline deadline) {
             [done](const std::error_code& result, std::size_t) mutable { done(result); });
       });
   if (!error) {
-    return CompanionError{Kind::noAnswer,
-                          fmt::format("the application on port {} takes no more commands: its main "
-                                      "thread seems busy. Try again later, or allow more time "
-                                      "with --timeout.",
-                                      link.endpoint.port)};
+    return ClientError{Kind::noAnswer,
+                       fmt::format("the application on port {} takes no more commands: its main "
+                                   "thread seems busy. Try again later, or allow more time "
+                                   "with --timeout.",
+                                   link.endpoint.port)};
   }
   return *error ? Failure(link.dropped(*error)) : std::nullopt;
 }
@@ -161,10 +161,10 @@ Outcome<std::string> CompanionLink::readBody(Deadline deadline) {
               });
         });
     if (!error) {
-      return CompanionError{Kind::noAnswer,
-                            fmt::format("nothing more came from the application on port {} in "
-                                        "time: its main thread seems busy.",
-                                        link.endpoint.port)};
+      return ClientError{Kind::noAnswer,
+                         fmt::format("nothing more came from the application on port {} in "
+                                     "time: its main thread seems busy.",
+                                     link.endpoint.port)};
     }
     if (*error) {
       return link.dropped(*error);

@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "companion/client/companion_error.h"
+#include "companion/client/client_error.h"
 
 namespace tarnix::companion {
 
@@ -13,7 +13,7 @@ template <class T>
 class Outcome {
  public:
   Outcome(T value) : content_(std::move(value)) {}
-  Outcome(CompanionError error) : content_(std::move(error)) {}
+  Outcome(ClientError error) : content_(std::move(error)) {}
 
   explicit operator bool() const { return content_.index() == 0; }
 
@@ -24,13 +24,13 @@ class Outcome {
   const T* operator->() const { return &std::get<0>(content_); }
 
   /// Only of an outcome that is false.
-  const CompanionError& error() const { return std::get<1>(content_); }
+  const ClientError& error() const { return std::get<1>(content_); }
 
  private:
-  std::variant<T, CompanionError> content_;
+  std::variant<T, ClientError> content_;
 };
 
 /// Of an operation that has nothing to give: the reason of its failure, or nothing.
-using Failure = std::optional<CompanionError>;
+using Failure = std::optional<ClientError>;
 
 }  // namespace tarnix::companion

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 
 namespace tarnix::companion {
 
@@ -36,7 +37,7 @@ void addTargetOptions(CLI::App& command, CommandOptions& options) {
       ->type_name("ADDRESS")
       ->capture_default_str();
   command.add_option("--pid", options.pid, "Choose the application by its process id")
-      ->check(CLI::Validator(CLI::PositiveNumber).description(""))
+      ->check(CLI::Range(1, std::numeric_limits<pid_t>::max()).description(""))
       ->type_name("PID")
       ->excludes(port);
   command.add_option("--name", options.name, "Choose the application by its name, or part of it")

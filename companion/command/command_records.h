@@ -42,6 +42,20 @@ struct RuleAdded {
   static constexpr auto fields() { return std::tuple{Field{"ruleId", &RuleAdded::ruleId}}; }
 };
 
+/// Of the commands that act on an application, for each step.
+struct StepDone {
+  /// What was to be done, for people.
+  std::string step;
+  bool success = false;
+  /// What came of it.
+  std::string message;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"step", &StepDone::step}, Field{"success", &StepDone::success},
+                      Field{"message", &StepDone::message}};
+  }
+};
+
 /// Of `tarnix run`, on standard error, once the application can be reached.
 struct HostReady {
   std::string application;

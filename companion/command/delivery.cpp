@@ -19,7 +19,7 @@ Failure watchQuietTime(CompanionClient& client) {
   while (true) {
     const Outcome<CompanionMessage> message = client.receive(quietUntil);
     if (!message) {
-      return message.error().kind == CompanionError::Kind::noAnswer ? Failure() : message.error();
+      return message.error().kind == ClientError::Kind::noAnswer ? Failure() : message.error();
     }
   }
 }
@@ -42,13 +42,13 @@ ExitCode deliver(const CommandOptions& options, const CompanionMessage& command,
     if (!failure) {
       return ExitCode::success;
     }
-    if (failure->kind == CompanionError::Kind::dropped && repetition == Repetition::forbidden) {
+    if (failure->kind == ClientError::Kind::dropped && repetition == Repetition::forbidden) {
       return report(ExitCode::connectionFailed,
                     "the application closed the connection; the command may or may not have been "
                     "carried out. Look before you repeat it.",
                     options);
     }
-    if (failure->kind != CompanionError::Kind::dropped || tries == CompanionClient::maximumTries ||
+    if (failure->kind != ClientError::Kind::dropped || tries == CompanionClient::maximumTries ||
         isOver(deadline)) {
       return report(*failure, options);
     }

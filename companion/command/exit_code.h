@@ -16,6 +16,8 @@ enum class ExitCode {
   noAnswer = 6,
   /// What listens does not talk like a probe of this version.
   notUnderstood = 7,
+  /// The host answered, and the answer is no: nothing was found, or something is wrong.
+  negative = 8,
   cannotRun = 125,
   notExecutable = 126,
   notFound = 127,
@@ -32,6 +34,7 @@ inline constexpr const char* exitCodeHelp =
     "  5    the connection failed\n"
     "  6    no answer came in time\n"
     "  7    the answer was not understood\n"
+    "  8    the answer is no: nothing was found, or the audit found errors\n"
     "`tarnix run` ends as the application does: with its exit code, or by the same signal. Where\n"
     "the application could not be started: 125 the probe was not found, 126 not executable,\n"
     "127 no such program.";

@@ -11,6 +11,7 @@
 
 #include "companion/command/exchange_text.h"
 #include "probe/link/base64.h"
+#include "probe/model/body_limits.h"
 #include "probe/model/mime_type.h"
 
 namespace tarnix::companion::har {
@@ -31,10 +32,23 @@ std::string headerIn(const Headers& headers, std::string_view wanted) {
   return "";
 }
 
+/// Calls `use` with each line. Several cookies are set on lines of one header's value.
+template <class Use>
+void forEachLine(std::string_view text, Use use) {
+  while (true) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    use(text.substr(0, end));
+    if (end == text.size()) {
+      return;
+    }
+    text.remove_prefix(end + 1);
+  }
+}
+
 std::vector<NameValue> listOf(const Headers& headers) {
   std::vector<NameValue> list;
   for (const auto& [name, value] : headers) {
-    list.push_back({name, value});
+    forEachLine(value, [&](std::string_view line) { list.push_back({name, std::string(line)}); });
   }
   return list;
 }
@@ -62,17 +76,15 @@ std::vector<NameValue> pairsIn(std::string_view text, char separator) {
   return pairs;
 }
 
-/// Several cookies stand in one header on lines of their own; attributes are left out.
+/// The cookies that a response sets, without their attributes.
 std::vector<NameValue> cookiesSetBy(std::string_view header) {
   std::vector<NameValue> cookies;
-  while (!header.empty()) {
-    const std::size_t end = std::min(header.find('\n'), header.size());
-    const std::vector<NameValue> parts = pairsIn(header.substr(0, end), ';');
+  forEachLine(header, [&](std::string_view line) {
+    const std::vector<NameValue> parts = pairsIn(line, ';');
     if (!parts.empty()) {
       cookies.push_back(parts.front());
     }
-    header.remove_prefix(std::min(end + 1, header.size()));
-  }
+  });
   return cookies;
 }
 
@@ -90,6 +102,29 @@ std::string iso8601(Timestamp timestamp) {
   return fmt::format("{:%Y-%m-%dT%H:%M:%S}.{:03}Z", fmt::gmtime(seconds), (time - seconds).count());
 }
 
+std::optional<std::int64_t> announcedLength(const Headers& headers) {
+  const std::string text = headerIn(headers, "Content-Length");
+  std::int64_t length = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+  const bool isNumber = error == std::errc() && end == text.data() + text.size() && length >= 0;
+  return isNumber ? std::optional(length) : std::nullopt;
+}
+
+/// Of what there is more than was kept.
+std::string beginningOnly(std::size_t kept) { return fmt::format("the first {} bytes", kept); }
+
+PostData postDataOf(const std::string& body, const std::string& type, bool isWhole) {
+  PostData data{type, body, std::nullopt};
+  if (!isText(body)) {
+    data.text = encodeBase64(body);
+    data.comment = "base64";
+  }
+  if (!isWhole) {
+    data.comment = (data.comment ? *data.comment + ", " : "") + beginningOnly(body.size());
+  }
+  return data;
+}
+
 Request requestOf(const TransferableNetworkRequest& exchange) {
   Request request;
   request.method = exchange.method;
@@ -98,33 +133,51 @@ Request requestOf(const TransferableNetworkRequest& exchange) {
   request.cookies = pairsIn(headerIn(exchange.requestHeaders, "Cookie"), ';');
   request.headers = listOf(exchange.requestHeaders);
   request.queryString = pairsIn(queryOf(exchange.url), '&');
-  request.bodySize = 0;
-  if (exchange.requestBody) {
-    const std::string& body = exchange.requestBody->data;
-    request.bodySize = static_cast<std::int64_t>(body.size());
-    const std::string type = headerIn(exchange.requestHeaders, "Content-Type");
-    request.postData = isText(body) ? PostData{type, body, std::nullopt}
-                                    : PostData{type, encodeBase64(body), "base64"};
+  const std::optional<std::int64_t> announced = announcedLength(exchange.requestHeaders);
+  if (!exchange.requestBody) {
+    request.bodySize = announced.value_or(0);
+    return request;
   }
+  const std::string& body = exchange.requestBody->data;
+  const bool isWhole =
+      body.size() < requestBodyLimit || announced == static_cast<std::int64_t>(body.size());
+  request.bodySize = announced.value_or(isWhole ? static_cast<std::int64_t>(body.size()) : -1);
+  request.postData = postDataOf(body, headerIn(exchange.requestHeaders, "Content-Type"), isWhole);
   return request;
 }
 
-Content contentOf(const TransferableNetworkRequest& exchange) {
-  Content content;
+/// Whether there can be a body. The length that is announced where there is none is another's.
+bool hasBody(const TransferableNetworkRequest& exchange) {
+  return exchange.method != "HEAD" && exchange.statusCode && exchange.statusCode != 204 &&
+         exchange.statusCode != 304;
+}
+
+void describeBody(const TransferableNetworkRequest& exchange, Response& response) {
+  Content& content = response.content;
   content.mimeType = exchange.mimeType.value_or(unknownMimeType);
+  if (!hasBody(exchange) && !exchange.responseBody) {
+    response.bodySize = exchange.statusCode ? 0 : -1;
+    return;
+  }
+  const std::string body = exchange.responseBody.value_or(Bytes()).data;
+  const auto kept = static_cast<std::int64_t>(body.size());
+  const std::optional<std::int64_t> announced = announcedLength(exchange.responseHeaders);
+  const bool isPacked = !headerIn(exchange.responseHeaders, "Content-Encoding").empty();
+  const bool isWhole = body.size() < responseBodyLimit || (!isPacked && announced == kept);
+  if (isPacked) {
+    response.bodySize = announced.value_or(-1);
+    content.size = kept;
+  } else {
+    // What arrived counts, which can be less than what was announced, unless only the beginning of
+    // it was kept.
+    response.bodySize = isWhole ? kept : announced.value_or(-1);
+    content.size = isWhole ? kept : std::max(kept, announced.value_or(kept));
+  }
   if (exchange.responseBody) {
-    const std::string& body = exchange.responseBody->data;
-    content.size = static_cast<std::int64_t>(body.size());
     content.text = isText(body) ? body : encodeBase64(body);
     content.encoding = isText(body) ? std::nullopt : std::optional<std::string>("base64");
+    content.comment = isWhole ? std::nullopt : std::optional(beginningOnly(body.size()));
   }
-  // What the server announced is the truth about a body of which only the beginning was kept.
-  const std::string length = headerIn(exchange.responseHeaders, "Content-Length");
-  std::int64_t announced = 0;
-  if (std::from_chars(length.data(), length.data() + length.size(), announced).ec == std::errc()) {
-    content.size = std::max(content.size, announced);
-  }
-  return content;
 }
 
 Response responseOf(const TransferableNetworkRequest& exchange) {
@@ -133,9 +186,8 @@ Response responseOf(const TransferableNetworkRequest& exchange) {
   response.httpVersion = assumedHttpVersion;
   response.cookies = cookiesSetBy(headerIn(exchange.responseHeaders, "Set-Cookie"));
   response.headers = listOf(exchange.responseHeaders);
-  response.content = contentOf(exchange);
   response.redirectURL = headerIn(exchange.responseHeaders, "Location");
-  response.bodySize = exchange.statusCode ? response.content.size : -1;
+  describeBody(exchange, response);
   response.error = exchange.errorDescription;
   return response;
 }
@@ -160,6 +212,11 @@ Archive archiveOf(const std::vector<TransferableNetworkRequest>& exchanges) {
   for (const TransferableNetworkRequest& exchange : exchanges) {
     archive.log.entries.push_back(entryOf(exchange));
   }
+  // All times are written alike, so that texts sort as times do.
+  std::stable_sort(archive.log.entries.begin(), archive.log.entries.end(),
+                   [](const Entry& one, const Entry& other) {
+                     return one.startedDateTime < other.startedDateTime;
+                   });
   return archive;
 }
 

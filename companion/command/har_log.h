@@ -24,7 +24,7 @@ struct NameValue {
 struct PostData {
   std::string mimeType;
   std::string text;
-  /// Says when the text is not the body itself.
+  /// Says when the text is not the body itself, or not all of it.
   std::optional<std::string> comment;
 
   static constexpr auto fields() {
@@ -33,6 +33,7 @@ struct PostData {
   }
 };
 
+/// Sizes are in bytes, -1 when nothing tells.
 struct Request {
   std::string method;
   std::string url;
@@ -55,15 +56,19 @@ struct Request {
 };
 
 struct Content {
+  /// Of the body as the application read it, unpacked.
   std::int64_t size = 0;
   std::string mimeType;
   std::optional<std::string> text;
   /// "base64" when the body is no text.
   std::optional<std::string> encoding;
+  /// Says when the text is not all of the body.
+  std::optional<std::string> comment;
 
   static constexpr auto fields() {
     return std::tuple{Field{"size", &Content::size}, Field{"mimeType", &Content::mimeType},
-                      Field{"text", &Content::text}, Field{"encoding", &Content::encoding}};
+                      Field{"text", &Content::text}, Field{"encoding", &Content::encoding},
+                      Field{"comment", &Content::comment}};
   }
 };
 
@@ -77,6 +82,7 @@ struct Response {
   Content content;
   std::string redirectURL;
   std::int64_t headersSize = -1;
+  /// Of the body as it came over the wire, packed.
   std::int64_t bodySize = -1;
   /// Why there is no response, under the name that browsers use.
   std::optional<std::string> error;
@@ -152,6 +158,7 @@ struct Archive {
   static constexpr auto fields() { return std::tuple{Field{"log", &Archive::log}}; }
 };
 
+/// Entries stand in the order in which the exchanges began.
 Archive archiveOf(const std::vector<TransferableNetworkRequest>& exchanges);
 
 }  // namespace tarnix::companion::har

@@ -81,14 +81,14 @@ std::variant<HostSession, ExitCode> openSession(const CommandOptions& options, D
   return HostSession{std::move(chosen), std::move(*client)};
 }
 
-ExitCode report(const CompanionError& error, const CommandOptions& options) {
+ExitCode report(const ClientError& error, const CommandOptions& options) {
   switch (error.kind) {
-    case CompanionError::Kind::unreachable:
-    case CompanionError::Kind::dropped:
+    case ClientError::Kind::unreachable:
+    case ClientError::Kind::dropped:
       return report(ExitCode::connectionFailed, error.message, options);
-    case CompanionError::Kind::noAnswer:
+    case ClientError::Kind::noAnswer:
       return report(ExitCode::noAnswer, error.message, options);
-    case CompanionError::Kind::notUnderstood:
+    case ClientError::Kind::notUnderstood:
       break;
   }
   return report(ExitCode::notUnderstood, error.message, options);

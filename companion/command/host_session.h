@@ -28,7 +28,7 @@ struct HostSession {
 std::variant<HostSession, ExitCode> openSession(const CommandOptions& options, Deadline deadline);
 
 /// Says on standard error what went wrong, and answers with how the program is to end.
-ExitCode report(const CompanionError& error, const CommandOptions& options);
+ExitCode report(const ClientError& error, const CommandOptions& options);
 ExitCode report(ExitCode code, const std::string& message, const CommandOptions& options);
 
 /// A table of targets for people.

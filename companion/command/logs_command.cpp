@@ -39,10 +39,10 @@ class Logs {
         showEvent(*message);
         continue;
       }
-      if (message.error().kind == CompanionError::Kind::notUnderstood) {
+      if (message.error().kind == ClientError::Kind::notUnderstood) {
         return report(message.error(), options_);
       }
-      if (message.error().kind != CompanionError::Kind::noAnswer) {
+      if (message.error().kind != ClientError::Kind::noAnswer) {
         std::this_thread::sleep_for(pauseAfterLoss);
         // What was written meanwhile comes with the sync.
         Outcome<CompanionClient> client = CompanionClient::connect(

@@ -10,8 +10,10 @@
 #include "companion/command/command_options.h"
 #include "companion/command/commands.h"
 #include "companion/command/exit_code.h"
+#include "companion/command/input_command_line.h"
 #include "companion/command/overlay_commands.h"
 #include "companion/command/runtime_command_line.h"
+#include "companion/command/screen_command_line.h"
 #include "companion/command/traffic_command_line.h"
 #include "companion/output/display_text.h"
 
@@ -23,7 +25,8 @@ constexpr const char* description =
     "Start one with `tarnix run APP`, then ask it with the other commands.";
 
 /// What is wrong with a command line, and where to read how it should be.
-std::string explain(const CLI::App& app, const CLI::Error& error) {
+std::string explain(const CLI::App& app, const CLI::Error& error,
+                    const std::vector<std::string>& arguments) {
   const std::vector<CLI::App*> commands = app.get_subcommands();
   const std::vector<std::string> extra = app.remaining();
   std::string what = error.what();
@@ -32,6 +35,8 @@ std::string explain(const CLI::App& app, const CLI::Error& error) {
   } else if (commands.empty()) {
     what = fmt::format("There is no {} \"{}\"",
                        extra.front().starts_with('-') ? "option" : "command", extra.front());
+  } else if (!extra.empty() && arguments.front().starts_with('-')) {
+    what = fmt::format("The option {} stands behind the command", arguments.front());
   }
   return fmt::format("tarnix: {}. `tarnix{} --help` shows how it is used.\n", printable(what),
                      commands.empty() ? "" : " " + commands.front()->get_name());
@@ -51,9 +56,6 @@ int parseAndRun(int argumentCount, char** arguments) {
   app.set_version_flag("--version", std::string("tarnix ") + TARNIX_VERSION);
   app.footer(exitCodeHelp);
   app.require_subcommand(1);
-  app.failure_message(
-      [](const CLI::App* failed, const CLI::Error& error) { return explain(*failed, error); });
-
   CLI::App* run = app.add_subcommand(
       "run", "Start an application with the probe in it; ends as the application does");
   run->footer(
@@ -62,6 +64,9 @@ int parseAndRun(int argumentCount, char** arguments) {
       "--json prints {\"application\", \"pid\", \"port\"} on standard error when it has.");
   addOutputOptions(*run, options);
   const CommandLine line = splitCommandLine({arguments, arguments + argumentCount});
+  app.failure_message([&line](const CLI::App* failed, const CLI::Error& error) {
+    return explain(*failed, error, line.own);
+  });
   does(run, [&options, &line] {
     if (line.application.empty()) {
       throw CLI::RequiredError("A program to run");
@@ -90,6 +95,8 @@ int parseAndRun(int argumentCount, char** arguments) {
       ->type_name("FILE");
   does(htmlCommand, [&options, &html] { return runHtml(options, html); });
 
+  addInputCommands(app, options, does);
+  addScreenCommands(app, options, does);
   addTrafficCommands(app, options, does);
   addRuntimeCommands(app, options, does);
   addOverlayCommands(app, options, does);

@@ -6,7 +6,7 @@
 
 #include "companion/command/delivery.h"
 #include "companion/command/host_session.h"
-#include "probe/commands/overlay_commands.h"
+#include "probe/model/overlay_command.h"
 
 namespace tarnix::companion {
 namespace {

@@ -23,9 +23,10 @@ void addWatch(CLI::App& app, CommandOptions& options, const SetAction& does) {
   CLI::App* command = addCommand(
       app, "watch", "Show an application's HTTP exchanges and log as they happen", options);
   command->footer(
+      "For example, what fails on one server, with headers and bodies:\n"
+      "  tarnix watch --no-log --only-host api.example.org --only-status 400-599 --body\n\n"
       "--json prints each exchange and each line of the log as the probe sends it, one on a line. "
-      "The command "
-      "waits for the application when it is started again, and ends with Ctrl-C.");
+      "The command waits for the application when it is started again, and ends with Ctrl-C.");
   command->add_option("--only-host", watch->hosts, "Only hosts with this in their name")
       ->type_name("TEXT");
   command->add_option("--only-method", watch->methods, "Only this method")->type_name("METHOD");
@@ -46,13 +47,16 @@ void addWatch(CLI::App& app, CommandOptions& options, const SetAction& does) {
 /// What both kinds of rule have.
 template <class RuleOptions>
 void addRuleOptions(CLI::App& command, RuleOptions& rule, const char* what) {
-  command.add_option("PATTERN", rule.pattern, "What the URL is compared with")->required();
+  command.add_option("PATTERN", rule.pattern, "Requests whose URL has this in it; see --match")
+      ->required();
   command
       .add_option("--match", rule.mode,
-                  "How: contains (the default), prefix, or regex (ICU syntax)")
+                  "How PATTERN is compared with the URL: contains (the default), prefix, or regex "
+                  "(ICU syntax, found anywhere in the URL)")
       ->check(CLI::IsMember({"contains", "prefix", "regex"}))
       ->type_name("MODE");
-  command.add_option("--method", rule.method, "Only requests of this method")->type_name("METHOD");
+  command.add_option("--method", rule.method, "Only requests of this method; any unless given")
+      ->type_name("METHOD");
   command.add_option("--rule-name", rule.name, what)->type_name("TEXT");
 }
 
@@ -75,14 +79,22 @@ void addMock(CLI::App& app, CommandOptions& options, const SetAction& does) {
       addRuleCommand(app, "mock", "Answer an application's requests in place of the network");
   const auto mock = std::make_shared<MockOptions>();
   CLI::App* add = addCommand(*parent, "add", "Add a rule; the first that fits counts", options);
-  add->footer("Prints the rule's identifier; with --json, {\"ruleId\"}.");
+  add->footer(
+      "For example, to see what an application makes of an empty list, and of a broken server:\n"
+      "  tarnix mock add /api/articles --method GET --body '[]'\n"
+      "  tarnix mock add /api/ --status 503 --header 'Retry-After: 60' --body @error.html\n\n"
+      "Prints the identifier of the rule, which `tarnix mock remove` takes; with --json, "
+      "{\"ruleId\"}. The rule holds until it is removed or the application ends.");
   addRuleOptions(*add, *mock, "What the rule is called");
-  add->add_option("--status", mock->status, "Of the answer; 200 unless given")->type_name("CODE");
-  add->add_option("--body", mock->body, "Of the answer, {} unless given; @FILE takes it from there")
+  add->add_option("--status", mock->status, "Status of the answer; 200 unless given")
+      ->type_name("CODE");
+  add->add_option("--body", mock->body,
+                  "Body of the answer; {} unless given; @FILE takes it from a file")
       ->type_name("TEXT");
   add->add_option("--header", mock->headers,
-                  "Of the answer; Content-Type: application/json unless any is given")
-      ->type_name("NAME: VALUE");
+                  "A header of the answer, can be given several times; Content-Type: "
+                  "application/json unless any is given")
+      ->type_name("'NAME: VALUE'");
   does(add, [&options, mock] { return runMockAdd(options, *mock); });
   addRemove(*parent, options, does, runMockRemove);
 }
@@ -91,7 +103,11 @@ void addIntercept(CLI::App& app, CommandOptions& options, const SetAction& does)
   CLI::App* parent = addRuleCommand(app, "intercept", "Have an application's requests fail");
   const auto intercept = std::make_shared<InterceptOptions>();
   CLI::App* add = addCommand(*parent, "add", "Add a rule; a mock that fits comes first", options);
-  add->footer("Prints the rule's identifier; with --json, {\"ruleId\"}.");
+  add->footer(
+      "For example, to see what an application does without one of its servers:\n"
+      "  tarnix intercept add https://cdn.example.org/ --match prefix\n\n"
+      "Prints the identifier of the rule, which `tarnix intercept remove` takes; with --json, "
+      "{\"ruleId\"}. The rule holds until it is removed or the application ends.");
   addRuleOptions(*add, *intercept, "What the rule is called; the application's error names it");
   does(add, [&options, intercept] { return runInterceptAdd(options, *intercept); });
   addRemove(*parent, options, does, runInterceptRemove);

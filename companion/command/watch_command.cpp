@@ -21,7 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Another command of the user's may be using the application for a moment; this one gives way.
-constexpr auto pauseAfterLoss = 700ms;
+constexpr auto pauseAfterLoss = 1500ms;
 constexpr auto pauseBetweenSearches = 500ms;
 
 /// What was shown, so that an exchange or a line that comes as an event and in a full sync is shown
@@ -69,9 +69,9 @@ class Watch {
       Outcome<CompanionMessage> message = session.client.receive(deadlineIn(1h));
       if (message) {
         showEvent(*message);
-      } else if (message.error().kind == CompanionError::Kind::notUnderstood) {
+      } else if (message.error().kind == ClientError::Kind::notUnderstood) {
         return report(message.error(), options_);
-      } else if (message.error().kind != CompanionError::Kind::noAnswer) {
+      } else if (message.error().kind != ClientError::Kind::noAnswer) {
         std::this_thread::sleep_for(pauseAfterLoss);
         session = connectAgain(session.target);
         showSync(session.client.fullSync(), true);

@@ -1,14 +1,12 @@
 #include "probe/platform/diagnostics.h"
 
 #include <poll.h>
-#include <pthread.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,6 +14,7 @@
 #include <string>
 
 #include "platforms/linux/descriptor.h"
+#include "platforms/linux/pipe_signal_guard.h"
 
 namespace tarnix::platform {
 
@@ -78,36 +77,8 @@ bool sendDatagram(const char* address, const std::string& bytes) {
                   sizeof(target)) >= 0;
 }
 
-/// Keeps a write to a destination that nobody reads any more from ending the host: it was not the
-/// host that wrote.
-class PipeSignalGuard {
- public:
-  PipeSignalGuard() {
-    sigemptyset(&pipeSignal_);
-    sigaddset(&pipeSignal_, SIGPIPE);
-    sigset_t pending{};
-    sigpending(&pending);
-    // One that is waiting already is the host's, and covers ours.
-    isHostsOwnPending_ = sigismember(&pending, SIGPIPE) == 1;
-    pthread_sigmask(SIG_BLOCK, &pipeSignal_, &previous_);
-  }
-  PipeSignalGuard(const PipeSignalGuard&) = delete;
-  PipeSignalGuard& operator=(const PipeSignalGuard&) = delete;
-  ~PipeSignalGuard() {
-    const timespec now{};
-    while (!isHostsOwnPending_ && sigtimedwait(&pipeSignal_, nullptr, &now) < 0 && errno == EINTR) {
-    }
-    pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
-  }
-
- private:
-  sigset_t pipeSignal_{};
-  sigset_t previous_{};
-  bool isHostsOwnPending_ = false;
-};
-
 void writeWithoutSignal(int descriptor, std::string_view text) {
-  const PipeSignalGuard guard;
+  const linux_platform::PipeSignalGuard guard;
   pollfd destination{.fd = descriptor, .events = POLLOUT, .revents = 0};
   int ready = 0;
   do {

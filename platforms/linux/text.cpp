@@ -180,6 +180,13 @@ bool hasMoreCharacters(std::string_view text, std::size_t limit) {
   return text.size() > limit && clusterPrefix(text, limit) < text.size();
 }
 
+std::size_t characterCount(std::string_view text) {
+  // As many as there could be: what the walk leaves of them is not there.
+  std::size_t missing = text.size();
+  clusterPrefix(text, missing);
+  return text.size() - missing;
+}
+
 std::string_view firstCharacters(std::string_view text, std::size_t count) {
   return text.substr(0, clusterPrefix(text, count));
 }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 
+#include "probe/capture/probe_web_view_console_capture.h"
 #include "probe/link/probe_server.h"
 #include "probe/platform/diagnostics.h"
 #include "probe/platform/platform.h"
@@ -69,6 +70,8 @@ void TarnixProbeBootstrap() noexcept {
     }
     const std::string identifier = platform.bundle->bundleIdentifier().value_or("unknown");
     writeLine("[TarnixProbe] Injected into " + identifier);
+    // A page that is there from the start has run its first scripts before the server starts.
+    ProbeWebViewConsoleCapture::exchangeInitialisers();
     platform.mainQueue->asyncAfter(
         serverStartDelay, [identifier] { contain([&identifier] { startServer(identifier); }); });
   });

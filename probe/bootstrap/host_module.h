@@ -12,6 +12,7 @@
 #include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 #include "probe/platform/view_controller.h"
+#include "probe/platform/web_view.h"
 
 namespace tarnix {
 
@@ -33,6 +34,8 @@ struct HostServices {
   platform::UrlOpener* urlOpener = nullptr;
   /// Null in a host whose screens cannot be told.
   platform::ViewDidAppear* viewDidAppear = nullptr;
+  /// Null in a host that cannot show pages.
+  platform::WebViewClass* webViewClass = nullptr;
 };
 
 /// What a toolkit module is given when it is loaded; it takes a copy.

@@ -16,6 +16,10 @@ struct InterposedCalls {
   std::atomic<bool> missedSessions = false;
   /// Makes a request in the place of the toolkit: session, kind of request, request, body.
   std::atomic<void* (*)(void*, int, const void*, void*)> createRequest = nullptr;
+  /// Runs when the host is about to make web views: a library for them has come in with QML, or the
+  /// first page of its own is to be made. Again and again, on the thread that does so. Null before
+  /// the toolkit's module is there.
+  std::atomic<void (*)()> webViewsAreComing = nullptr;
 };
 
 }  // namespace tarnix

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "probe/model/fire_deep_link_command.h"
 #include "probe/model/url.h"
 #include "probe/platform/platform.h"
 

@@ -1,6 +1,7 @@
 #include "probe/commands/overlay_commands.h"
 
 #include "probe/capture/probelog.h"
+#include "probe/model/overlay_command.h"
 #include "probe/overlay/probe_touch_overlay.h"
 
 namespace tarnix::ProbeCommandHandler {

@@ -4,10 +4,12 @@
 #include <cstddef>
 
 #include "probe/commands/deep_link_command.h"
+#include "probe/commands/input_commands.h"
 #include "probe/commands/overlay_commands.h"
 #include "probe/commands/perf_snapshot_command.h"
 #include "probe/commands/rule_commands.h"
 #include "probe/commands/screen_html_command.h"
+#include "probe/commands/screen_query_commands.h"
 #include "probe/model/probe_state.h"
 #include "probe/platform/main_thread.h"
 
@@ -17,33 +19,23 @@ namespace {
 using Handler = void (*)(const CompanionMessage&);
 
 struct Route {
-  enum class Kind {
-    /// A command that does something.
-    handled,
-    /// Accepted without effect, line or answer: what only the probe sends, and commands that other
-    /// members of the family carry out.
-    ignored,
-    /// A command of the protocol whose handler does not exist yet.
-    notBuiltYet,
-  };
-
   CompanionMessageType type;
-  Kind kind;
+  /// Null for what is accepted without effect, line or answer: what only the probe sends, and
+  /// commands that other members of the family carry out.
   Handler handler;
 };
 
-constexpr Route handledBy(CompanionMessageType type, Handler handler) {
-  return {type, Route::Kind::handled, handler};
-}
-constexpr Route ignored(CompanionMessageType type) { return {type, Route::Kind::ignored, nullptr}; }
-constexpr Route notBuiltYet(CompanionMessageType type) {
-  return {type, Route::Kind::notBuiltYet, nullptr};
-}
+constexpr Route handledBy(CompanionMessageType type, Handler handler) { return {type, handler}; }
+constexpr Route ignored(CompanionMessageType type) { return {type, nullptr}; }
 
 void clearStore(const CompanionMessage&) { ProbeState::shared().clear(); }
 void hideOverlay(const CompanionMessage&) { handleHideOverlay(); }
 void perfSnapshot(const CompanionMessage&) { handlePerfSnapshot(); }
 void screenHTML(const CompanionMessage&) { handleScreenHTML(); }
+void screenText(const CompanionMessage&) { handleScreenText(); }
+void snapshot(const CompanionMessage&) { handleSnapshot(); }
+void screenshot(const CompanionMessage&) { handleScreenshot(); }
+void accessibilityAudit(const CompanionMessage&) { handleAccessibilityAudit(); }
 
 // One row for each message type, in the order of the types.
 constexpr std::array<Route, companionMessageTypeCount> routes = {
@@ -70,26 +62,26 @@ constexpr std::array<Route, companionMessageTypeCount> routes = {
     ignored(CompanionMessageType::commandMarkQAPassed),
     ignored(CompanionMessageType::commandMarkQAFailed),
     ignored(CompanionMessageType::commandResetQAItem),
-    notBuiltYet(CompanionMessageType::commandFindElement),
-    notBuiltYet(CompanionMessageType::commandScreenText),
+    handledBy(CompanionMessageType::commandFindElement, handleFindElement),
+    handledBy(CompanionMessageType::commandScreenText, screenText),
     ignored(CompanionMessageType::responseFindElement),
     ignored(CompanionMessageType::responseScreenText),
-    notBuiltYet(CompanionMessageType::commandRequestSnapshot),
-    notBuiltYet(CompanionMessageType::commandRequestScreenshot),
+    handledBy(CompanionMessageType::commandRequestSnapshot, snapshot),
+    handledBy(CompanionMessageType::commandRequestScreenshot, screenshot),
     ignored(CompanionMessageType::responseScreenshot),
     handledBy(CompanionMessageType::commandScreenHTML, screenHTML),
     ignored(CompanionMessageType::responseScreenHTML),
     handledBy(CompanionMessageType::commandPerfSnapshot, perfSnapshot),
     ignored(CompanionMessageType::responsePerfSnapshot),
-    notBuiltYet(CompanionMessageType::commandAccessibilityAudit),
+    handledBy(CompanionMessageType::commandAccessibilityAudit, accessibilityAudit),
     ignored(CompanionMessageType::responseAccessibilityAudit),
-    notBuiltYet(CompanionMessageType::commandGetWebViewConsole),
+    handledBy(CompanionMessageType::commandGetWebViewConsole, handleGetWebViewConsole),
     ignored(CompanionMessageType::responseWebViewConsole),
-    notBuiltYet(CompanionMessageType::commandTap),
+    handledBy(CompanionMessageType::commandTap, handleTap),
     ignored(CompanionMessageType::responseTap),
-    notBuiltYet(CompanionMessageType::commandSwipe),
+    handledBy(CompanionMessageType::commandSwipe, handleSwipe),
     ignored(CompanionMessageType::responseSwipe),
-    notBuiltYet(CompanionMessageType::commandTypeText),
+    handledBy(CompanionMessageType::commandTypeText, handleTypeText),
     ignored(CompanionMessageType::responseTypeText),
     ignored(CompanionMessageType::responseSnapshot),
     handledBy(CompanionMessageType::commandShowOverlay, handleShowOverlay),
@@ -112,7 +104,7 @@ static_assert(rowsStandInOrder());
 void handle(const CompanionMessage& message) noexcept {
   platform::assertMainThread();
   const Route& route = routes[static_cast<std::size_t>(message.type)];
-  if (route.kind != Route::Kind::handled) {
+  if (route.handler == nullptr) {
     return;
   }
   try {

@@ -7,9 +7,9 @@
 #include <string>
 #include <utility>
 
-#include "probe/commands/add_intercept_cmd.h"
-#include "probe/commands/add_mock_cmd.h"
-#include "probe/commands/remove_cmd.h"
+#include "probe/model/add_intercept_cmd.h"
+#include "probe/model/add_mock_cmd.h"
+#include "probe/model/remove_cmd.h"
 #include "probe/model/uuid.h"
 #include "probe/network/probe_intercept_rules.h"
 #include "probe/network/probe_mock_rules.h"

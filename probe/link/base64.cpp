@@ -3,6 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+
+#include "probe/link/wide_base64.h"
 
 namespace tarnix {
 namespace {
@@ -18,6 +21,10 @@ constexpr auto pairs = [] {
   }
   return table;
 }();
+
+// Text is made in blocks that stay in the first-level cache until they are copied to their place:
+// a string cannot grow without writing something first.
+constexpr std::size_t blockBytes = 3072;
 
 constexpr std::uint8_t notInAlphabet = 0x80;
 constexpr auto sextets = [] {
@@ -37,33 +44,45 @@ std::uint32_t sextetAt(std::string_view text, std::size_t index) {
   return sextets[static_cast<unsigned char>(text[index])];
 }
 
-}  // namespace
-
-std::string encodeBase64(std::string_view bytes) {
-  std::string text((bytes.size() + 2) / 3 * 4, '=');
-  char* out = text.data();
+/// The last group is filled up with '='.
+void encodeGroups(std::string_view bytes, char* out) {
   std::size_t index = 0;
   for (; index + 3 <= bytes.size(); index += 3) {
     const std::uint32_t group =
         byteAt(bytes, index) << 16 | byteAt(bytes, index + 1) << 8 | byteAt(bytes, index + 2);
-    const auto& high = pairs[group >> 12];
-    const auto& low = pairs[group & 0xFFF];
-    *out++ = high[0];
-    *out++ = high[1];
-    *out++ = low[0];
-    *out++ = low[1];
+    std::memcpy(out, pairs[group >> 12].data(), 2);
+    std::memcpy(out + 2, pairs[group & 0xFFF].data(), 2);
+    out += 4;
   }
   const std::size_t rest = bytes.size() - index;
   if (rest > 0) {
     const std::uint32_t group =
         byteAt(bytes, index) << 16 | (rest == 2 ? byteAt(bytes, index + 1) << 8 : 0);
-    *out++ = alphabet[group >> 18];
-    *out++ = alphabet[group >> 12 & 63];
-    if (rest == 2) {
-      *out++ = alphabet[group >> 6 & 63];
-    }
+    out[0] = alphabet[group >> 18];
+    out[1] = alphabet[group >> 12 & 63];
+    out[2] = rest == 2 ? alphabet[group >> 6 & 63] : '=';
+    out[3] = '=';
   }
+}
+
+}  // namespace
+
+std::string encodeBase64(std::string_view bytes) {
+  std::string text;
+  text.reserve(base64Size(bytes.size()));
+  appendBase64(bytes, text);
   return text;
+}
+
+void appendBase64(std::string_view bytes, std::string& text) {
+  std::array<char, base64Size(blockBytes)> block;
+  while (!bytes.empty()) {
+    const std::string_view taken = bytes.substr(0, blockBytes);
+    const std::size_t done = encodeWideBase64(taken, block.data());
+    encodeGroups(taken.substr(done), block.data() + base64Size(done));
+    text.append(block.data(), base64Size(taken.size()));
+    bytes.remove_prefix(taken.size());
+  }
 }
 
 std::optional<std::string> decodeBase64(std::string_view text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace tarnix {
 
@@ -9,6 +10,11 @@ struct Bytes {
   std::string data;
 
   bool operator==(const Bytes&) const = default;
+};
+
+/// The same, looked at where it lies. Written only.
+struct BytesView {
+  std::string_view data;
 };
 
 }  // namespace tarnix

@@ -6,6 +6,7 @@
 #include "probe/capture/probe_log_capture.h"
 #include "probe/capture/probe_perf_monitor.h"
 #include "probe/capture/probe_screen_tracker.h"
+#include "probe/capture/probe_web_view_console_capture.h"
 #include "probe/network/probe_network_interceptor.h"
 
 namespace tarnix {
@@ -17,7 +18,7 @@ constexpr std::array<CaptureInstaller, 6> installers = {{
     {"screen tracker", [](const std::string&) { ProbeScreenTracker::install(); }},
     {"log capture", [](const std::string&) { ProbeLogCapture::install(); }},
     {"performance monitor", [](const std::string&) { ProbePerfMonitor::install(); }},
-    {"web-view console capture", nullptr},
+    {"web-view console capture", [](const std::string&) { ProbeWebViewConsoleCapture::install(); }},
     {"crash handler", ProbeCrashHandler::install},
 }};
 

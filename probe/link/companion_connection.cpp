@@ -11,8 +11,8 @@ constexpr std::chrono::seconds keepaliveIdle{5};
 
 std::optional<std::string> encodeFrame(const CompanionMessage& message) {
   try {
-    const std::optional<std::string> envelope = message.encodeEnvelope();
-    return envelope ? CompanionFramer::handleOutput(*envelope) : std::nullopt;
+    std::optional<std::string> text = message.encodeEnvelope(CompanionFramer::roomForHeader());
+    return text ? CompanionFramer::finishOutput(*std::move(text)) : std::nullopt;
   } catch (const std::exception&) {
     // Out of memory: the message is lost, the thread is not.
     return std::nullopt;

@@ -1,5 +1,7 @@
 #include "probe/link/companion_framer.h"
 
+#include <utility>
+
 namespace tarnix {
 namespace {
 
@@ -50,11 +52,20 @@ std::optional<std::string> CompanionFramer::handleOutput(std::string_view body) 
   }
   std::string frame;
   frame.reserve(headerSize + body.size());
-  for (int shift = 24; shift >= 0; shift -= 8) {
-    frame.push_back(static_cast<char>(body.size() >> shift));
-  }
+  frame.assign(headerSize, '\0');
   frame.append(body);
-  return frame;
+  return finishOutput(std::move(frame));
+}
+
+std::optional<std::string> CompanionFramer::finishOutput(std::string headerAndBody) {
+  const std::size_t size = headerAndBody.size() - headerSize;
+  if (size > maximumBodySize) {
+    return std::nullopt;
+  }
+  for (std::size_t index = 0; index < headerSize; ++index) {
+    headerAndBody[index] = static_cast<char>(size >> (8 * (headerSize - 1 - index)));
+  }
+  return headerAndBody;
 }
 
 }  // namespace tarnix

@@ -32,6 +32,11 @@ class CompanionFramer {
   /// Header and body, ready to be written; nothing when the body is larger than a header can say.
   static std::optional<std::string> handleOutput(std::string_view body);
 
+  /// The same for a body that is written to where it goes: room for the header, behind which the
+  /// body is put, and then the frame made of both.
+  static std::string roomForHeader() { return std::string(headerSize, '\0'); }
+  static std::optional<std::string> finishOutput(std::string headerAndBody);
+
  private:
   std::string input_;
   std::size_t consumed_ = 0;

@@ -23,10 +23,23 @@ struct Envelope {
   }
 };
 
+/// The same to write from: a payload can be large and is not copied.
+struct OutgoingEnvelope {
+  CompanionMessageType type;
+  BytesView payload;
+  Timestamp timestamp;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"type", &OutgoingEnvelope::type},
+                      Field{"payload", &OutgoingEnvelope::payload},
+                      Field{"timestamp", &OutgoingEnvelope::timestamp}};
+  }
+};
+
 }  // namespace
 
-std::optional<std::string> CompanionMessage::encodeEnvelope() const {
-  return encodeJson(Envelope{type, Bytes{payload}, timestamp});
+std::optional<std::string> CompanionMessage::encodeEnvelope(std::string start) const {
+  return encodeJson(OutgoingEnvelope{type, {payload}, timestamp}, std::move(start));
 }
 
 std::optional<CompanionMessage> CompanionMessage::decodeEnvelope(std::string_view json) {

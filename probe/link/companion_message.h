@@ -38,8 +38,8 @@ struct CompanionMessage {
     return decodeJson<R>(payload);
   }
 
-  /// The JSON text of the envelope; nothing when the timestamp is not finite.
-  std::optional<std::string> encodeEnvelope() const;
+  /// The JSON text of the envelope, behind `start`; nothing when the timestamp is not finite.
+  std::optional<std::string> encodeEnvelope(std::string start = {}) const;
 
   /// Nothing when a key is missing, the type is not in the table, the payload is not Base64 or the
   /// timestamp is no number.

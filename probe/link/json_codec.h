@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -24,8 +25,10 @@ namespace tarnix {
 
 /// The JSON text of `record`; nothing when it holds what JSON cannot: a number that is not finite
 /// or text that is not UTF-8.
+///
+/// The text stands behind `start`, if there is one.
 template <Record R>
-std::optional<std::string> encodeJson(const R& record);
+std::optional<std::string> encodeJson(const R& record, std::string start = {});
 
 /// Nothing when `json` is not an object, misses a required field, or has a field of another type.
 /// Unknown keys are passed over; null counts as absent.
@@ -39,6 +42,51 @@ inline constexpr bool isOptional = false;
 template <class T>
 inline constexpr bool isOptional<std::optional<T>> = true;
 
+/// About how long the JSON text of a value is, so that a large text is not moved as it grows. What
+/// has to be escaped, which is little, is not counted. Numbers, identifiers and the like count as
+/// long as they can be.
+template <class T>
+std::size_t expectedSize(const T&) {
+  return 40;
+}
+inline std::size_t expectedSize(const std::string& value) { return value.size() + 3; }
+inline std::size_t expectedSize(const Bytes& value) { return base64Size(value.data.size()) + 3; }
+inline std::size_t expectedSize(BytesView value) { return base64Size(value.data.size()) + 3; }
+inline std::size_t expectedSize(const std::map<std::string, std::string>& value) {
+  std::size_t size = 3;
+  for (const auto& [name, text] : value) {
+    size += name.size() + text.size() + 6;
+  }
+  return size;
+}
+
+template <Record R>
+std::size_t expectedSize(const R& record);
+
+template <class T>
+std::size_t expectedSize(const std::vector<T>& values) {
+  std::size_t size = 3;
+  for (const T& value : values) {
+    size += expectedSize(value);
+  }
+  return size;
+}
+
+template <Record R>
+std::size_t expectedSize(const R& record) {
+  const auto sizeOfField = [&](const auto& field) -> std::size_t {
+    const std::size_t sizeOfKey = std::string_view(field.name).size() + 4;
+    const auto& value = record.*field.member;
+    if constexpr (isOptional<std::remove_cvref_t<decltype(value)>>) {
+      return value ? sizeOfKey + expectedSize(*value) : 0;
+    } else {
+      return sizeOfKey + expectedSize(value);
+    }
+  };
+  return std::apply([&](const auto&... field) { return (sizeOfField(field) + ... + 3); },
+                    R::fields());
+}
+
 inline void write(JsonWriter& writer, const std::string& value) { writer.string(value); }
 inline void write(JsonWriter& writer, bool value) { writer.boolean(value); }
 inline void write(JsonWriter& writer, std::int64_t value) { writer.integer(value); }
@@ -47,9 +95,8 @@ inline void write(JsonWriter& writer, double value) { writer.number(value); }
 inline void write(JsonWriter& writer, Timestamp value) {
   writer.number(value.secondsSinceReference);
 }
-inline void write(JsonWriter& writer, const Bytes& value) {
-  writer.plainString(encodeBase64(value.data));
-}
+inline void write(JsonWriter& writer, const Bytes& value) { writer.base64(value.data); }
+inline void write(JsonWriter& writer, BytesView value) { writer.base64(value.data); }
 
 /// An enumeration or identifier that travels as a string of its own.
 template <class T>
@@ -184,8 +231,9 @@ bool read(JsonValue json, R& record) {
 }  // namespace json
 
 template <Record R>
-std::optional<std::string> encodeJson(const R& record) {
-  JsonWriter writer;
+std::optional<std::string> encodeJson(const R& record, std::string start) {
+  start.reserve(start.size() + json::expectedSize(record));
+  JsonWriter writer(std::move(start));
   json::write(writer, record);
   std::string text;
   return writer.take(text) ? std::optional(std::move(text)) : std::nullopt;

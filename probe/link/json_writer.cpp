@@ -1,12 +1,14 @@
 #include "probe/link/json_writer.h"
 
 #include <rapidjson/encodings.h>
+#include <rapidjson/memorystream.h>
 #include <rapidjson/writer.h>
 
-#include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstring>
+#include <utility>
+
+#include "probe/link/base64.h"
 
 namespace tarnix {
 namespace {
@@ -25,29 +27,99 @@ class StringStream {
 using Writer = rapidjson::Writer<StringStream, rapidjson::UTF8<>, rapidjson::UTF8<>,
                                  rapidjson::CrtAllocator, rapidjson::kWriteValidateEncodingFlag>;
 
-/// Whether `text` stands in JSON as it is: printable ASCII without quotation mark and backslash.
-/// Eight bytes at a time, since nearly all text is of that kind and is then copied whole.
-bool needsNoEscaping(std::string_view text) {
-  constexpr std::uint64_t ones = 0x0101'0101'0101'0101;
-  constexpr std::uint64_t highs = 0x8080'8080'8080'8080;
-  // The high bit of each byte of `word` that is below `bound`, for bytes below 128.
-  const auto below = [](std::uint64_t word, std::uint64_t bound) {
-    return (word - ones * bound) & ~word & highs;
-  };
-  const auto equals = [&](std::uint64_t word, char byte) {
-    return below(word ^ (ones * static_cast<unsigned char>(byte)), 1);
-  };
-  std::uint64_t found = 0;
-  while (!text.empty()) {
-    // A short rest is filled up with letters.
-    char bytes[8] = {'a', 'a', 'a', 'a', 'a', 'a', 'a', 'a'};
-    const std::size_t count = std::min(text.size(), sizeof bytes);
-    std::memcpy(bytes, text.data(), count);
-    text.remove_prefix(count);
-    const auto word = std::bit_cast<std::uint64_t>(bytes);
-    found |= (word & highs) | below(word, 0x20) | equals(word, '"') | equals(word, '\\');
+using Word = std::uint64_t;
+
+/// For each byte of `word` that JSON does not take as it is, its high bit: control characters,
+/// quotation mark, backslash, and what is not ASCII. Above the first such byte there may be a high
+/// bit too many.
+Word specialBytesOf(Word word) {
+  constexpr Word ones = 0x0101'0101'0101'0101;
+  constexpr Word highs = 0x8080'8080'8080'8080;
+  const auto below = [](Word bytes, Word bound) { return (bytes - ones * bound) & ~bytes; };
+  return (word | below(word, ' ') | below(word ^ (ones * '"'), 1) |
+          below(word ^ (ones * '\\'), 1)) &
+         highs;
+}
+
+bool isSpecial(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  return byte < ' ' || byte >= 0x80 || byte == '"' || byte == '\\';
+}
+
+/// How much of the beginning of `text` stands in JSON as it is. Nearly all text does as a whole,
+/// so that eight bytes are looked at together.
+std::size_t plainLength(std::string_view text) {
+  std::size_t length = 0;
+  for (Word word = 0; text.size() - length >= sizeof word; length += sizeof word) {
+    std::memcpy(&word, text.data() + length, sizeof word);
+    if (specialBytesOf(word) != 0) {
+      break;
+    }
   }
-  return found == 0;
+  while (length < text.size() && !isSpecial(text[length])) {
+    ++length;
+  }
+  return length;
+}
+
+/// Of a character of ASCII that cannot stand as it is.
+void appendEscaped(char character, std::string& text) {
+  constexpr std::string_view hexadecimal = "0123456789ABCDEF";
+  text.push_back('\\');
+  switch (character) {
+    case '\b':
+      text.push_back('b');
+      break;
+    case '\f':
+      text.push_back('f');
+      break;
+    case '\n':
+      text.push_back('n');
+      break;
+    case '\r':
+      text.push_back('r');
+      break;
+    case '\t':
+      text.push_back('t');
+      break;
+    case '"':
+    case '\\':
+      text.push_back(character);
+      break;
+    default:
+      text.append("u00");
+      text.push_back(hexadecimal[static_cast<unsigned char>(character) >> 4]);
+      text.push_back(hexadecimal[character & 0xF]);
+  }
+}
+
+/// Appends one character of more than one byte and takes it off `text`; false when `text` does not
+/// begin with one.
+bool appendMultibyte(std::string_view& text, StringStream& stream) {
+  rapidjson::MemoryStream input(text.data(), text.size());
+  if (!rapidjson::UTF8<>::Validate(input, stream)) {
+    return false;
+  }
+  text.remove_prefix(input.Tell());
+  return true;
+}
+
+/// False when `text` is not UTF-8.
+bool appendContents(std::string_view text, StringStream& stream) {
+  while (true) {
+    const std::size_t plain = plainLength(text);
+    stream.text.append(text.data(), plain);
+    text.remove_prefix(plain);
+    if (text.empty()) {
+      return true;
+    }
+    if (static_cast<unsigned char>(text.front()) < 0x80) {
+      appendEscaped(text.front(), stream.text);
+      text.remove_prefix(1);
+    } else if (!appendMultibyte(text, stream)) {
+      return false;
+    }
+  }
 }
 
 }  // namespace
@@ -58,7 +130,9 @@ struct JsonWriter::Implementation {
   bool complete = true;
 };
 
-JsonWriter::JsonWriter() : implementation_(std::make_unique<Implementation>()) {}
+JsonWriter::JsonWriter(std::string start) : implementation_(std::make_unique<Implementation>()) {
+  implementation_->stream.text = std::move(start);
+}
 JsonWriter::~JsonWriter() = default;
 
 void JsonWriter::startObject() { implementation_->writer.StartObject(); }
@@ -70,19 +144,15 @@ void JsonWriter::endArray() { implementation_->writer.EndArray(); }
 void JsonWriter::key(std::string_view name) { string(name); }
 
 void JsonWriter::string(std::string_view text) {
-  if (needsNoEscaping(text)) {
-    plainString(text);
-    return;
-  }
-  const bool written =
-      implementation_->writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-  implementation_->complete &= written;
-}
-
-void JsonWriter::plainString(std::string_view text) {
   // RawValue writes the separator and counts the value; the quotation marks are ours to write.
   implementation_->writer.RawValue("\"", 1, rapidjson::kStringType);
-  implementation_->stream.text.append(text);
+  implementation_->complete &= appendContents(text, implementation_->stream);
+  implementation_->stream.text.push_back('"');
+}
+
+void JsonWriter::base64(std::string_view bytes) {
+  implementation_->writer.RawValue("\"", 1, rapidjson::kStringType);
+  appendBase64(bytes, implementation_->stream.text);
   implementation_->stream.text.push_back('"');
 }
 

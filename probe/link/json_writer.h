@@ -14,7 +14,8 @@ namespace tarnix {
 /// stop the writing; it makes `take` answer with nothing.
 class JsonWriter {
  public:
-  JsonWriter();
+  /// Writes behind `start`, and within its capacity as long as that lasts.
+  explicit JsonWriter(std::string start = {});
   ~JsonWriter();
 
   void startObject();
@@ -23,8 +24,8 @@ class JsonWriter {
   void endArray();
   void key(std::string_view name);
   void string(std::string_view text);
-  /// `text` is known to need no escaping, as Base64 does not: it is copied as it is.
-  void plainString(std::string_view text);
+  /// A string that holds Base64.
+  void base64(std::string_view bytes);
   void integer(std::int64_t value);
   void unsignedInteger(std::uint64_t value);
   void number(double value);

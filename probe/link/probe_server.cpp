@@ -179,10 +179,12 @@ void ProbeServer::handleReceived(const std::optional<CompanionMessage>& message,
     handleConnectionLost();
     return;
   }
+  // Before it is handled: what a command makes the host do may run a loop of its own, and the
+  // companion's next command may be what ends that.
+  receiveNextMessage();
   if (message && message->type != CompanionMessageType::heartbeat) {
     ProbeCommandHandler::handle(*message);
   }
-  receiveNextMessage();
 }
 
 void ProbeServer::startHeartbeat() {

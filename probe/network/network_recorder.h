@@ -5,6 +5,7 @@
 #include <string>
 
 #include "probe/link/timestamp.h"
+#include "probe/model/body_limits.h"
 #include "probe/platform/url_error.h"
 #include "probe/platform/url_request.h"
 #include "probe/platform/url_response.h"
@@ -22,11 +23,6 @@ struct ObservedExchange {
 };
 
 namespace network_recorder {
-
-/// Of either body, the beginning is kept. Uploads are worth more to whoever looks at them than
-/// downloads, which can be had again.
-inline constexpr std::size_t requestBodyLimit = 65'536;
-inline constexpr std::size_t responseBodyLimit = 4'096;
 
 /// Keeps the exchange in the store and tells the companion. Any thread; the calls of one thread
 /// reach the companion in their order.

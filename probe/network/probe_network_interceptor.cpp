@@ -153,7 +153,7 @@ void ProbeNetworkInterceptor::didComplete(const std::optional<platform::UrlError
 }
 
 void ProbeNetworkInterceptor::keepData(std::string_view data) {
-  responseData_ += data.substr(0, network_recorder::responseBodyLimit - responseData_.size());
+  responseData_ += data.substr(0, responseBodyLimit - responseData_.size());
 }
 
 void ProbeNetworkInterceptor::recordRequest(const std::optional<platform::UrlError>& error) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -11,8 +12,12 @@
 /// What the effects share.
 namespace tarnix::ProbeTouchOverlay {
 
+/// More things than these nobody tells apart. A companion may send commands faster than their
+/// effects end, and the host must not pay for that.
+inline constexpr std::size_t mostThingsShown = 64;
+
 /// Where an effect draws: the overlay's root view and its animator. Tests false when there is
-/// nothing to draw on.
+/// nothing to draw on, or no room.
 struct Stage {
   overlay::Layer* root = nullptr;
   overlay::Animator* animator = nullptr;
@@ -21,7 +26,10 @@ struct Stage {
 
   static Stage current() {
     PassthroughWindow* const window = detail::overlayWindow();
-    return window == nullptr ? Stage{} : Stage{window->rootView(), &window->animator()};
+    overlay::Layer* const root = window == nullptr ? nullptr : window->rootView();
+    return root == nullptr || root->sublayers().size() >= mostThingsShown
+               ? Stage{}
+               : Stage{root, &window->animator()};
   }
 };
 

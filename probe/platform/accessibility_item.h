@@ -23,6 +23,9 @@ class AccessibilityItem {
   virtual bool isAccessibilityElement() const = 0;
   /// In UTF-8; empty when it has none.
   virtual std::string accessibilityLabel() const = 0;
+  /// Whether it has a label at all, be it an empty one. Toolkits that do not tell the two apart
+  /// leave it as it is.
+  virtual bool hasAccessibilityLabel() const { return !accessibilityLabel().empty(); }
   /// In screen coordinates (see `Window`). All four numbers are finite.
   virtual Rect accessibilityFrame() const = 0;
   virtual AccessibilityTraits accessibilityTraits() const = 0;

@@ -16,8 +16,11 @@ class ExchangeableMethod<Result(Arguments...)> {
  public:
   using Implementation = std::function<Result(Arguments...)>;
 
-  explicit ExchangeableMethod(Implementation implementation)
-      : implementation_(std::move(implementation)) {}
+  /// `whenReplaced` is called after each replacement, by whoever makes it: a host that has to look
+  /// for the moments to call the method at begins then.
+  explicit ExchangeableMethod(Implementation implementation,
+                              std::function<void()> whenReplaced = {})
+      : implementation_(std::move(implementation)), whenReplaced_(std::move(whenReplaced)) {}
 
   ExchangeableMethod(const ExchangeableMethod&) = delete;
   ExchangeableMethod& operator=(const ExchangeableMethod&) = delete;
@@ -32,8 +35,13 @@ class ExchangeableMethod<Result(Arguments...)> {
   }
 
   void setImplementation(Implementation implementation) {
-    const std::lock_guard guard(lock_);
-    implementation_.swap(implementation);
+    {
+      const std::lock_guard guard(lock_);
+      implementation_.swap(implementation);
+    }
+    if (whenReplaced_) {
+      whenReplaced_();
+    }
   }
 
   /// Each takes the other's implementation. Exchanges of the same methods are made one at a time.
@@ -46,6 +54,7 @@ class ExchangeableMethod<Result(Arguments...)> {
  private:
   mutable std::mutex lock_;
   Implementation implementation_;
+  const std::function<void()> whenReplaced_;
 };
 
 }  // namespace tarnix::platform

@@ -14,6 +14,7 @@
 #include "probe/platform/url_opener.h"
 #include "probe/platform/user_defaults.h"
 #include "probe/platform/view_controller.h"
+#include "probe/platform/web_view.h"
 
 namespace tarnix::platform {
 
@@ -38,6 +39,8 @@ struct Platform {
   UserDefaults* userDefaults = nullptr;
   /// Null on a host whose screens cannot be told.
   ViewDidAppear* viewDidAppear = nullptr;
+  /// Null in a host that cannot show pages.
+  WebViewClass* webViewClass = nullptr;
 };
 
 namespace detail {

@@ -11,6 +11,9 @@ namespace tarnix::platform {
 /// Whether `text` has more than `limit` characters; looks no further than it must.
 bool hasMoreCharacters(std::string_view text, std::size_t limit);
 
+/// How many characters `text` has.
+std::size_t characterCount(std::string_view text);
+
 /// The first `count` characters of `text`, or all when it has fewer.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 

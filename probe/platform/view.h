@@ -7,6 +7,7 @@
 
 #include "probe/platform/accessibility_item.h"
 #include "probe/platform/responder.h"
+#include "probe/platform/touch_reactions.h"
 #include "probe/platform/view_kind.h"
 
 namespace tarnix::platform {
@@ -33,10 +34,12 @@ class View : public AccessibilityItem {
   virtual std::optional<std::string> accessibilityIdentifier() const { return std::nullopt; }
   /// The upright box around the whole view, on the screen: unlike the accessibility frame it is not
   /// cut to what can be seen. All four numbers are finite.
-  virtual Rect frame() const { return accessibilityFrame(); }
+  virtual Rect wholeFrame() const { return accessibilityFrame(); }
   /// What it does with a person's touch and keys; null for a view that has gone. A view that came
   /// from `Window::hitTest` acts at the point that was asked about.
   virtual std::shared_ptr<Responder> responder() const { return nullptr; }
+  /// The same as its responder says, for telling thousands of views apart without making one each.
+  virtual TouchReactions touchReactions() const { return {}; }
 
   const View* asView() const final { return this; }
 };

@@ -17,7 +17,7 @@ namespace tarnix::companion {
 namespace {
 
 using namespace std::chrono_literals;
-using Kind = CompanionError::Kind;
+using Kind = ClientError::Kind;
 using Type = CompanionMessageType;
 
 // What a test that succeeds never comes near; the machine may be busy.
@@ -41,7 +41,7 @@ std::string appNameOf(const CompanionMessage& fullSync) {
   return std::string(document->root().member("appName")->string().value());
 }
 
-bool says(const CompanionError& error, std::string_view phrase) {
+bool says(const ClientError& error, std::string_view phrase) {
   return error.message.find(phrase) != std::string::npos;
 }
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <map>
+#include <vector>
+
 #include "probe/link/json_codec.h"
 
 namespace tarnix::companion::har {
@@ -82,10 +86,113 @@ TEST(HarLogTest, WritesBytesThatAreNoTextAsBase64) {
   EXPECT_EQ(entry.response.content.encoding, "base64");
 }
 
-TEST(HarLogTest, BelievesTheServerAboutTheSize) {
+struct SizeCase {
+  const char* what;
+  std::string method;
+  std::int64_t status;
+  std::map<std::string, std::string> headers;
+  std::size_t kept;
+  std::int64_t bodySize;
+  std::int64_t contentSize;
+  bool isBeginning;
+};
+
+TEST(HarLogTest, TellsTheSizesOfAResponse) {
+  const std::vector<SizeCase> cases = {
+      {"whole, without a length", "GET", 200, {}, 10, 10, 10, false},
+      {"broken off", "GET", 200, {{"Content-Length", "100"}}, 10, 10, 10, false},
+      {"cut", "GET", 200, {{"content-length", "100000"}}, 4096, 100'000, 100'000, true},
+      {"cut, of unknown length", "GET", 200, {}, 4096, -1, 4096, true},
+      {"cut, of a length that is none",
+       "GET",
+       200,
+       {{"Content-Length", "9x"}},
+       4096,
+       -1,
+       4096,
+       true},
+      {"of just the size that is kept",
+       "GET",
+       200,
+       {{"Content-Length", "4096"}},
+       4096,
+       4096,
+       4096,
+       false},
+      {"packed",
+       "GET",
+       200,
+       {{"Content-Encoding", "gzip"}, {"Content-Length", "40"}},
+       3000,
+       40,
+       3000,
+       false},
+      {"packed and cut",
+       "GET",
+       200,
+       {{"Content-Encoding", "gzip"}, {"Content-Length", "4096"}},
+       4096,
+       4096,
+       4096,
+       true},
+      {"packed, of unknown length", "GET", 200, {{"Content-Encoding", "br"}}, 30, -1, 30, false},
+      {"the answer to HEAD", "HEAD", 200, {{"Content-Length", "5"}}, 0, 0, 0, false},
+      {"not modified", "GET", 304, {{"Content-Length", "5"}}, 0, 0, 0, false},
+      {"no content", "GET", 204, {}, 0, 0, 0, false},
+      {"empty", "GET", 200, {{"Content-Length", "0"}}, 0, 0, 0, false},
+  };
+  for (const SizeCase& one : cases) {
+    TransferableNetworkRequest made = exchange();
+    made.method = one.method;
+    made.statusCode = one.status;
+    made.responseHeaders = one.headers;
+    made.responseBody =
+        one.kept == 0 ? std::nullopt : std::optional(Bytes{std::string(one.kept, 'x')});
+    const Response response = entryOf(made).response;
+    EXPECT_EQ(response.bodySize, one.bodySize) << one.what;
+    EXPECT_EQ(response.content.size, one.contentSize) << one.what;
+    EXPECT_EQ(response.content.comment,
+              one.isBeginning ? std::optional<std::string>("the first 4096 bytes") : std::nullopt)
+        << one.what;
+  }
+}
+
+TEST(HarLogTest, TellsTheSizeOfARequest) {
   TransferableNetworkRequest made = exchange();
-  made.responseHeaders["Content-Length"] = "100000";
-  EXPECT_EQ(entryOf(made).response.content.size, 100'000);
+  made.requestBody = Bytes{std::string(65'536, 'x')};
+  Request request = entryOf(made).request;
+  EXPECT_EQ(request.bodySize, -1);
+  EXPECT_EQ(request.postData->comment, "the first 65536 bytes");
+
+  made.requestBody->data[0] = '\xff';
+  EXPECT_EQ(entryOf(made).request.postData->comment, "base64, the first 65536 bytes");
+
+  made.requestHeaders["content-length"] = "65536";
+  request = entryOf(made).request;
+  EXPECT_EQ(request.bodySize, 65'536);
+  EXPECT_EQ(request.postData->comment, "base64");
+
+  // The bytes of a pipe are not always there to be looked at.
+  made.requestBody = std::nullopt;
+  request = entryOf(made).request;
+  EXPECT_EQ(request.bodySize, 65'536);
+  EXPECT_FALSE(request.postData);
+}
+
+TEST(HarLogTest, HasAHeaderForEachCookieThatIsSet) {
+  EXPECT_EQ(text(entryOf(exchange()).response.headers),
+            "Set-Cookie=c=1; Path=/ Set-Cookie=d=2 location=/b ");
+}
+
+TEST(HarLogTest, BeginsWithWhatBeganFirst) {
+  TransferableNetworkRequest slow = exchange();
+  slow.duration = 10;
+  slow.path = "/slow";
+  slow.url = "https://shop.test/slow";
+  const std::vector<Entry> entries = archiveOf({exchange(), slow, exchange()}).log.entries;
+  ASSERT_EQ(entries.size(), 3U);
+  EXPECT_EQ(entries[0].request.url, slow.url);
+  EXPECT_EQ(entries[1].request.url, exchange().url);
 }
 
 TEST(HarLogTest, NeverCountsBackwards) {

@@ -99,6 +99,21 @@ TEST(TarnixCommand, RefusesWrongUsage) {
   }
 }
 
+TEST(TarnixCommand, SaysWhatIsWrongWithACommandLine) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> explained = {
+      {{"--pid", "3", "html"},
+       "The option --pid stands behind the command. `tarnix html --help` shows"},
+      {{"--frobnicate"}, "There is no option \"--frobnicate\"."},
+      {{"frobnicate"}, "There is no command \"frobnicate\"."},
+      {{"html", "--pid", "abc"}, "--pid: Value abc not in range 1 to 2147483647."},
+      {{}, "Say what to do."},
+  };
+  for (const auto& [arguments, explanation] : explained) {
+    const ProgramResult result = tarnix(arguments);
+    EXPECT_NE(result.errors.find(explanation), std::string::npos) << result.errors;
+  }
+}
+
 TEST(TarnixCommand, DocumentsItsExitCodes) {
   const ProgramResult result = tarnix({"--help"});
   expectExit(ExitCode::success, result);

@@ -71,6 +71,12 @@ class FakeHostWorld {
     view->traits = thing.kind == Thing::Kind::button  ? traits::button
                    : thing.kind == Thing::Kind::label ? traits::staticText
                                                       : traits::none;
+    using platform::ViewKind;
+    view->viewKind = thing.kind == Thing::Kind::button  ? ViewKind::button
+                     : thing.kind == Thing::Kind::label ? ViewKind::label
+                                                        : ViewKind::textField;
+    view->reactions.isControl = thing.kind != Thing::Kind::label;
+    view->reactions.isUserInteractionEnabled = view->reactions.isControl && !thing.isDisabled;
     if (thing.isDisabled) {
       view->traits |= traits::notEnabled;
     }

@@ -55,6 +55,7 @@ TEST_P(CharacterTest, CutsBetweenCharactersOnly) {
     EXPECT_TRUE(hasMoreCharacters(text, index)) << index;
     length += GetParam().characters[index].size();
   }
+  EXPECT_EQ(characterCount(text), count);
   EXPECT_EQ(firstCharacters(text, count), text);
   EXPECT_EQ(firstCharacters(text, count + 1), text);
   EXPECT_FALSE(hasMoreCharacters(text, count));

@@ -18,6 +18,7 @@ class FakeItemOf : public Interface {
 
   bool isAccessibilityElement() const override { return isElement; }
   std::string accessibilityLabel() const override { return label; }
+  bool hasAccessibilityLabel() const override { return hasEmptyLabel || !label.empty(); }
   platform::Rect accessibilityFrame() const override { return frame; }
   platform::AccessibilityTraits accessibilityTraits() const override { return traits; }
   std::optional<std::string> accessibilityValue() const override { return value; }
@@ -32,6 +33,8 @@ class FakeItemOf : public Interface {
 
   bool isElement = false;
   std::string label;
+  /// Whether it has a label while `label` is empty.
+  bool hasEmptyLabel = false;
   platform::Rect frame;
   platform::AccessibilityTraits traits = platform::accessibility_traits::none;
   std::optional<std::string> value;

@@ -14,6 +14,7 @@
 #include "tests/fakes/fake_url_loading.h"
 #include "tests/fakes/fake_url_opener.h"
 #include "tests/fakes/fake_user_defaults.h"
+#include "tests/fakes/fake_web_view.h"
 
 namespace tarnix::fakes {
 
@@ -34,7 +35,8 @@ class FakePlatform {
                           .urlLoading = &urlLoading,
                           .urlOpener = &urlOpener,
                           .userDefaults = &userDefaults,
-                          .viewDidAppear = &viewDidAppear});
+                          .viewDidAppear = &viewDidAppear,
+                          .webViewClass = &webViewClass});
   }
   FakePlatform(const FakePlatform&) = delete;
   FakePlatform& operator=(const FakePlatform&) = delete;
@@ -70,6 +72,7 @@ class FakePlatform {
   FakeUrlOpener urlOpener;
   FakeUserDefaults userDefaults;
   platform::ViewDidAppear viewDidAppear{[](platform::ViewController&, bool) {}};
+  FakeWebViewClass webViewClass;
 };
 
 }  // namespace tarnix::fakes

@@ -4,6 +4,7 @@
 #include "probe/platform/diagnostics.h"
 #include "probe/platform/file.h"
 #include "probe/platform/memory.h"
+#include "probe/platform/png.h"
 #include "probe/platform/standard_error.h"
 
 namespace tarnix::fakes {
@@ -22,6 +23,7 @@ void FakeServices::reset() {
   lastDescriptor = -1;
   exceptionHandler = nullptr;
   signalHandlers.clear();
+  png = "PNG";
 }
 
 std::string FakeServices::standardErrorText() const {
@@ -44,6 +46,8 @@ std::optional<std::string> demangled(const std::string& mangledName) {
   const auto found = names.find(mangledName);
   return found == names.end() ? std::nullopt : std::optional(found->second);
 }
+
+std::string pngOf(const Picture&) { return fakes::FakeServices::shared().png; }
 
 std::optional<std::uint64_t> residentMemory() {
   return fakes::FakeServices::shared().residentMemory;

@@ -11,8 +11,8 @@
 #include "probe/platform/crash.h"
 #include "probe/platform/standard_error.h"
 
-/// Stand-ins for the plain functions of probe/platform (crash, demangle, diagnostics, file, memory
-/// and standard_error): linking this library is what puts them in place.
+/// Stand-ins for the plain functions of probe/platform (crash, demangle, diagnostics, file, memory,
+/// png and standard_error): linking this library is what puts them in place.
 namespace tarnix::fakes {
 
 struct FakeServices {
@@ -38,6 +38,8 @@ struct FakeServices {
   std::optional<std::uint64_t> residentMemory = 0;
   /// What the demangler knows.
   std::map<std::string, std::string> demangledNames;
+  /// What every picture is as a PNG file, in the fakes.
+  std::string png;
   /// What `writeDescriptor` was called with last.
   int lastDescriptor = -1;
 };

@@ -38,6 +38,13 @@ TEST(CompanionFramer, WritesTheLengthInFourBytesMostSignificantFirst) {
             bytes({0, 1, 2, 3}));
 }
 
+TEST(CompanionFramer, FinishesABodyThatWasWrittenToItsPlace) {
+  for (const std::string body : {"", "hello", "0123456789abcdef"}) {
+    EXPECT_EQ(CompanionFramer::finishOutput(CompanionFramer::roomForHeader() + body),
+              CompanionFramer::handleOutput(body));
+  }
+}
+
 TEST(CompanionFramer, ReadsFramesOfOneReadOneByOneInOrder) {
   CompanionFramer framer;
   framer.handleInput(threeFrames);

@@ -36,6 +36,15 @@ TEST(ExchangeableMethodTest, MayReplaceItselfWhileItRuns) {
   EXPECT_EQ(method(7), "replaced");
 }
 
+TEST(ExchangeableMethodTest, SaysThatItWasReplaced) {
+  std::string seen;
+  Method method([](int) { return "before"; }, [&] { seen += method(0) + " "; });
+  EXPECT_EQ(seen, "");
+  method.setImplementation([](int) { return "one"; });
+  method.setImplementation([](int) { return "two"; });
+  EXPECT_EQ(seen, "one two ");
+}
+
 TEST(ExchangeableMethodTest, IsCalledAndReplacedByTwoThreads) {
   Method method([](int) { return "a"; });
   std::thread replacing([&method] {

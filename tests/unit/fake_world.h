@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "probe/capture/probe_screen_tracker.h"
+#include "probe/capture/probe_web_view_console_capture.h"
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
 #include "probe/link/probe_server.h"
@@ -56,6 +57,7 @@ class FakeWorldTest : public testing::Test {
     ProbeState::shared().clear();
     ProbeScreenTracker::setLastScreenName("Unknown");
     ProbeScreenTracker::detail::installed = true;
+    ProbeWebViewConsoleCapture::forgetInstallation();
   }
 
   // The overlay's timers and frames belong to this world.

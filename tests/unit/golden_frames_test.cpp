@@ -2,13 +2,33 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <map>
+#include <set>
+#include <string>
 
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
+#include "probe/model/accessibility_audit_response.h"
+#include "probe/model/add_intercept_cmd.h"
+#include "probe/model/add_mock_cmd.h"
+#include "probe/model/find_command.h"
+#include "probe/model/find_response.h"
+#include "probe/model/fire_deep_link_command.h"
 #include "probe/model/full_sync_payload.h"
+#include "probe/model/get_console_cmd.h"
+#include "probe/model/input_result.h"
+#include "probe/model/overlay_command.h"
 #include "probe/model/perf_snapshot_response.h"
+#include "probe/model/remove_cmd.h"
 #include "probe/model/screen_html_response.h"
+#include "probe/model/screen_text_response.h"
+#include "probe/model/screenshot_response.h"
+#include "probe/model/snapshot_response.h"
+#include "probe/model/swipe_command.h"
+#include "probe/model/tap_command.h"
+#include "probe/model/type_text_command.h"
+#include "probe/model/web_view_console_response.h"
 #include "tests/unit/json_edit.h"
 #include "tests/unit/marked_text.h"
 
@@ -60,6 +80,43 @@ std::optional<std::string> payloadThroughItsRecord(const CompanionMessage& messa
       return thereAndBack<PerfSnapshotResponse>(message);
     case CompanionMessageType::responseScreenHTML:
       return thereAndBack<ScreenHTMLResponse>(message);
+    case CompanionMessageType::commandFindElement:
+      return thereAndBack<FindCommand>(message);
+    case CompanionMessageType::responseFindElement:
+      return thereAndBack<FindResponse>(message);
+    case CompanionMessageType::responseScreenText:
+      return thereAndBack<ScreenTextResponse>(message);
+    case CompanionMessageType::responseSnapshot:
+      return thereAndBack<SnapshotResponse>(message);
+    case CompanionMessageType::responseScreenshot:
+      return thereAndBack<ScreenshotResponse>(message);
+    case CompanionMessageType::responseAccessibilityAudit:
+      return thereAndBack<AccessibilityAuditResponse>(message);
+    case CompanionMessageType::commandGetWebViewConsole:
+      return thereAndBack<GetConsoleCmd>(message);
+    case CompanionMessageType::responseWebViewConsole:
+      return thereAndBack<WebViewConsoleResponse>(message);
+    case CompanionMessageType::commandAddMockRule:
+      return thereAndBack<AddMockCmd>(message);
+    case CompanionMessageType::commandAddInterceptRule:
+      return thereAndBack<AddInterceptCmd>(message);
+    case CompanionMessageType::commandRemoveMockRule:
+    case CompanionMessageType::commandRemoveInterceptRule:
+      return thereAndBack<RemoveCmd>(message);
+    case CompanionMessageType::commandFireDeepLink:
+      return thereAndBack<FireDeepLinkCommand>(message);
+    case CompanionMessageType::commandShowOverlay:
+      return thereAndBack<OverlayCommand>(message);
+    case CompanionMessageType::commandTap:
+      return thereAndBack<TapCommand>(message);
+    case CompanionMessageType::commandSwipe:
+      return thereAndBack<SwipeCommand>(message);
+    case CompanionMessageType::commandTypeText:
+      return thereAndBack<TypeTextCommand>(message);
+    case CompanionMessageType::responseTap:
+    case CompanionMessageType::responseSwipe:
+    case CompanionMessageType::responseTypeText:
+      return thereAndBack<InputResult>(message);
     default:
       return message.payload;
   }
@@ -104,6 +161,21 @@ std::vector<std::filesystem::path> goldenFiles() {
   }
   std::sort(files.begin(), files.end());
   return files;
+}
+
+TEST(GoldenFrameFiles, ThereIsOneForEachTypeThatTheProbeSendsOrTakes) {
+  std::set<std::string, std::less<>> types;
+  for (const std::filesystem::path& file : goldenFiles()) {
+    types.insert(std::string(
+        rawValue(CompanionMessage::decodeEnvelope(GoldenFrame::read(file).body).value().type)));
+  }
+  // Of the family's protocol, but never sent to a companion.
+  const std::set<std::string, std::less<>> neverSent = {
+      "event.wsConnection", "event.wsFrame",  "event.wsStatusChange",     "event.environmentChange",
+      "event.rulesChange",  "event.qaUpdate", "event.userDefaultsChange", "event.keychainChange"};
+  for (const CompanionMessageType type : allCompanionMessageTypes()) {
+    EXPECT_NE(types.contains(rawValue(type)), neverSent.contains(rawValue(type))) << rawValue(type);
+  }
 }
 
 std::string nameOf(const testing::TestParamInfo<std::filesystem::path>& parameter) {

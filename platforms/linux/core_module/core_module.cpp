@@ -60,6 +60,7 @@ const CoreEntryPoints* loadCore(InterposedCalls* calls) {
   platform.urlOpener = services->urlOpener;
   platform.userDefaults = services->userDefaults;
   platform.viewDidAppear = services->viewDidAppear;
+  platform.webViewClass = services->webViewClass;
   platform::setCurrent(platform);
   static constexpr CoreEntryPoints entryPoints{tarnixprobe_bootstrap, TarnixProbeBootstrap};
   return &entryPoints;

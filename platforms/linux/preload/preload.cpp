@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "platforms/linux/core_module/core_entry.h"
+#include "platforms/linux/pipe_signal_guard.h"
 #include "platforms/linux/preload/host_check.h"
 #include "platforms/linux/preload/host_state.h"
 #include "platforms/linux/preload/own_entry.h"
@@ -44,6 +45,7 @@ void report(const char* reason) {
     strncat(line, part, sizeof(line) - strlen(line) - 2);
   }
   strcat(line, "\n");
+  const PipeSignalGuard guard;
   static_cast<void>(!write(STDERR_FILENO, line, strlen(line)));
 }
 

@@ -1,6 +1,6 @@
 #include "platforms/linux/preload/session_calls.h"
 
-#include <dlfcn.h>
+#include "platforms/linux/preload/real_function.h"
 
 namespace tarnix::linux_platform {
 
@@ -8,51 +8,18 @@ namespace {
 
 constinit InterposedCalls calls;
 
-/// The toolkit's own function. It cannot be had by the default search, which finds ours; and the
-/// library may have been loaded by a plugin for itself, where a search behind ours does not see it.
-void* findReal(const char* name) {
-  for (const char* library : {"libQt6Network.so.6", "libQt5Network.so.5"}) {
-    // Never closed: the function stays in use.
-    if (void* const handle = dlopen(library, RTLD_LAZY | RTLD_NOLOAD)) {
-      if (void* const function = dlsym(handle, name)) {
-        return function;
-      }
-    }
-  }
-  return dlsym(RTLD_NEXT, name);
-}
-
-/// Finds a function once and remembers it.
-class RealFunction {
- public:
-  explicit constexpr RealFunction(const char* name) : name_(name) {}
-
-  template <class Function>
-  Function* as() {
-    void* function = found_.load(std::memory_order_acquire);
-    if (function == nullptr) {
-      function = findReal(name_);
-      found_.store(function, std::memory_order_release);
-    }
-    return reinterpret_cast<Function*>(function);
-  }
-
- private:
-  const char* name_;
-  std::atomic<void*> found_ = nullptr;
-};
-
 using CreateRequest = void*(void*, int, const void*, void*);
 using MakeManager = void(void*, void*);
 
+constexpr LibraryNames libraries = {"libQt6Network.so.6", "libQt5Network.so.5"};
 constexpr char createRequestName[] =
     "_ZN21QNetworkAccessManager13createRequestENS_9OperationERK15QNetworkRequestP9QIODevice";
 constexpr char completeConstructorName[] = "_ZN21QNetworkAccessManagerC1EP7QObject";
 constexpr char baseConstructorName[] = "_ZN21QNetworkAccessManagerC2EP7QObject";
 
-constinit RealFunction realCreateRequest(createRequestName);
-constinit RealFunction realCompleteConstructor(completeConstructorName);
-constinit RealFunction realBaseConstructor(baseConstructorName);
+constinit RealFunction realCreateRequest(createRequestName, libraries);
+constinit RealFunction realCompleteConstructor(completeConstructorName, libraries);
+constinit RealFunction realBaseConstructor(baseConstructorName, libraries);
 
 void managerWasMade() {
   if (void (*const sessionWasMade)() = calls.sessionWasMade.load(std::memory_order_acquire)) {

@@ -12,11 +12,15 @@ namespace tarnix::qt6 {
 class ContentlessView : public platform::View {
  public:
   ContentlessView(QWindow& window, QPointF origin) : window_(&window), origin_(origin) {}
+  /// Touched at `touch`, in the window's own coordinates.
+  ContentlessView(QWindow& window, QPointF origin, QPointF touch)
+      : window_(&window), origin_(origin), touch_(touch) {}
 
   std::string className() const override;
   bool isHidden() const override { return window_ == nullptr || !window_->isVisible(); }
   double alpha() const override { return window_ == nullptr ? 0 : window_->opacity(); }
   std::vector<std::shared_ptr<View>> subviews() const override { return {}; }
+  std::shared_ptr<platform::Responder> responder() const override;
   bool isTextField() const override { return false; }
   bool isAccessibilityElement() const override { return false; }
   std::string accessibilityLabel() const override { return {}; }
@@ -37,6 +41,7 @@ class ContentlessView : public platform::View {
  private:
   QPointer<QWindow> window_;
   QPointF origin_;
+  std::optional<QPointF> touch_;
 };
 
 }  // namespace tarnix::qt6

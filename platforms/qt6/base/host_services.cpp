@@ -11,7 +11,10 @@
 #include "platforms/qt6/base/qt_url_loading.h"
 #include "platforms/qt6/base/qt_url_opener.h"
 #include "platforms/qt6/base/qt_user_defaults.h"
+#include "platforms/qt6/base/qt_web_view_class.h"
+#include "platforms/qt6/base/screen_watch.h"
 #include "platforms/qt6/base/start_up_hook.h"
+#include "platforms/qt6/base/web_engine_part_loader.h"
 #include "platforms/qt6/base/window_order.h"
 
 namespace tarnix::qt6 {
@@ -32,6 +35,8 @@ class _TarnixProbeLoader {
 }  // namespace
 
 const HostServices& installHostServices(const HostModuleContext* context) {
+  platform::WebViewClass* const webViewClass =
+      WebEnginePartLoader::isPartThere() ? &QtWebViewClass::shared() : nullptr;
   static const HostServices& services =
       *new HostServices{.application = &QtApplication::shared(),
                         .bundle = &QtBundle::shared(),
@@ -42,18 +47,25 @@ const HostServices& installHostServices(const HostModuleContext* context) {
                         .userDefaults = &QtUserDefaults::shared(),
                         .overlaySurfaces = &QtOverlaySurfaces::shared(),
                         .urlLoading = &QtUrlLoading::shared(),
-                        .urlOpener = &QtUrlOpener::shared()};
+                        .urlOpener = &QtUrlOpener::shared(),
+                        .viewDidAppear = &ScreenWatch::shared().viewDidAppear(),
+                        .webViewClass = webViewClass};
   NetworkPartLoader::shared().start(QtUrlLoading::shared(),
                                     context == nullptr ? nullptr : context->interposedCalls);
+  if (webViewClass != nullptr) {
+    WebEnginePartLoader::shared().start(context == nullptr ? nullptr : context->interposedCalls);
+  }
   start_up_hook::install(
       [context = context == nullptr ? HostModuleContext() : *context] {
         QtMainQueue::shared().start();
         QtDisplay::shared().start();
         WindowOrder::shared().start();
+        ScreenWatch::shared().start();
         _TarnixProbeLoader::load(context);
         QtNotificationCenter::shared().start();
       },
       [] {
+        ScreenWatch::shared().stop();
         QtNotificationCenter::shared().stop();
         QtDisplay::shared().stop();
         QtMainQueue::shared().stop();

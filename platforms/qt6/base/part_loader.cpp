@@ -73,6 +73,37 @@ std::shared_ptr<platform::View> PartLoader::viewOf(QWindow& window,
   return nullptr;
 }
 
+bool PartLoader::addScreens(QWindow& window, ScreenChain& chain) {
+  for (UserInterfacePart* part : parts_) {
+    if (part->screens().addScreens(window, chain)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+QImage PartLoader::lastImage(QWindow& window) {
+  for (UserInterfacePart* part : parts_) {
+    QImage image = part->lastImage(window);
+    if (!image.isNull()) {
+      return image;
+    }
+  }
+  return {};
+}
+
+std::shared_ptr<platform::View> PartLoader::touchedView(QWindow& window,
+                                                        const Surroundings& surroundings,
+                                                        QPointF point,
+                                                        std::shared_ptr<platform::View> outer) {
+  for (UserInterfacePart* part : parts_) {
+    if (auto view = part->touchedView(window, surroundings, point, outer)) {
+      return view;
+    }
+  }
+  return nullptr;
+}
+
 std::unique_ptr<OverlayPane> PartLoader::makeOverlayPane(QWindow& window) {
   update();
   for (UserInterfacePart* part : parts_) {

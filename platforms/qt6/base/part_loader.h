@@ -22,6 +22,11 @@ class PartLoader : public ViewSource {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  QImage lastImage(QWindow& window) override;
+  bool addScreens(QWindow& window, ScreenChain& chain) override;
+  std::shared_ptr<platform::View> touchedView(QWindow& window, const Surroundings& surroundings,
+                                              QPointF point,
+                                              std::shared_ptr<platform::View> outer) override;
   /// Null when no part knows the window.
   std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window);
 

@@ -79,11 +79,15 @@ void QtNotificationCenter::addObserver(std::string_view name, std::function<void
 
 void QtNotificationCenter::post(std::string_view name) {
   hasLaunched_ = true;
-  const std::lock_guard lock(mutex_);
-  if (const auto found = observers_.find(name); found != observers_.end()) {
-    for (const std::function<void()>& observer : found->second) {
-      QtMainQueue::shared().async(observer);
+  std::vector<std::function<void()>> observers;
+  {
+    const std::lock_guard lock(mutex_);
+    if (const auto found = observers_.find(name); found != observers_.end()) {
+      observers = found->second;
     }
+  }
+  for (std::function<void()>& observer : observers) {
+    QtMainQueue::shared().async(std::move(observer));
   }
 }
 

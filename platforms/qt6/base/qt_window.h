@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QPointer>
+#include <QWindow>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -10,13 +13,27 @@ namespace tarnix::qt6 {
 /// A window as its part shows it, with the popups in front.
 class QtWindow : public platform::Window {
  public:
-  QtWindow(std::shared_ptr<platform::View> content,
-           std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow);
+  /// What a touch at a point of the screen reaches in the window and the popups in front of it.
+  using Touched = std::function<std::shared_ptr<platform::View>(platform::Point)>;
+
+  QtWindow(QWindow& window, std::shared_ptr<platform::View> content,
+           std::vector<std::shared_ptr<platform::View>> popups, bool isKeyWindow, Touched touched);
 
   bool isKeyWindow() const override { return isKeyWindow_; }
+  std::shared_ptr<platform::View> hitTest(platform::Point point) const override {
+    return touched_(point);
+  }
+  std::shared_ptr<platform::Responder> responder() const override { return content_->responder(); }
   std::vector<std::shared_ptr<platform::View>> subviews() const override;
+  std::optional<platform::Picture> lastPicture() const override;
 
   std::string className() const override { return content_->className(); }
+  platform::ViewKind kind() const override { return content_->kind(); }
+  std::optional<std::string> accessibilityIdentifier() const override {
+    return content_->accessibilityIdentifier();
+  }
+  platform::Rect wholeFrame() const override { return content_->wholeFrame(); }
+  platform::TouchReactions touchReactions() const override { return content_->touchReactions(); }
   bool isHidden() const override { return content_->isHidden(); }
   double alpha() const override { return content_->alpha(); }
   bool isTextField() const override { return content_->isTextField(); }
@@ -41,9 +58,11 @@ class QtWindow : public platform::Window {
   }
 
  private:
+  QPointer<QWindow> window_;
   std::shared_ptr<platform::View> content_;
   std::vector<std::shared_ptr<platform::View>> popups_;
   bool isKeyWindow_;
+  Touched touched_;
 };
 
 }  // namespace tarnix::qt6

@@ -1,13 +1,16 @@
 #include "platforms/qt6/base/qt_window_scene.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QWindow>
 #include <utility>
 
 #include "platforms/qt6/base/contentless_view.h"
 #include "platforms/qt6/base/part_loader.h"
+#include "platforms/qt6/base/popup_dismissal.h"
 #include "platforms/qt6/base/qt_window.h"
 #include "platforms/qt6/base/window_order.h"
+#include "platforms/qt6/shared/touched_view.h"
 
 namespace tarnix::qt6 {
 
@@ -42,6 +45,41 @@ std::shared_ptr<platform::View> contentOf(QWindow& window, const QWindow& keyWin
   return std::make_shared<ContentlessView>(window, surroundings.origin);
 }
 
+std::shared_ptr<platform::View> touchedIn(QWindow& window, const QWindow& keyWindow,
+                                          QPointF point) {
+  Surroundings surroundings;
+  const QRectF area = areaOf(window, keyWindow);
+  surroundings.origin = area.topLeft();
+  surroundings.clip = area;
+  if (auto view = PartLoader::shared().touchedView(window, surroundings, point, nullptr)) {
+    return view;
+  }
+  return area.contains(point) ? std::make_shared<ContentlessView>(window, surroundings.origin,
+                                                                  point - area.topLeft())
+                              : nullptr;
+}
+
+bool takesTouch(const QWindow& window) {
+  return window.type() != Qt::ToolTip && !window.flags().testFlag(Qt::WindowTransparentForInput);
+}
+
+/// What a touch reaches that the popups in front do not take. A menu or list that is open takes
+/// every touch: one beside it closes it.
+std::shared_ptr<platform::View> touchedAt(QWindow& window, QPointF point) {
+  QList<QWindow*> popups = WindowOrder::popups();
+  popups.removeIf([](const QWindow* popup) { return !takesTouch(*popup); });
+  for (qsizetype at = popups.size() - 1; at >= 0; --at) {
+    if (areaOf(*popups[at], window).contains(point)) {
+      return touchedIn(*popups[at], window, point);
+    }
+  }
+  if (!popups.isEmpty() && popups.last()->type() == Qt::Popup) {
+    return std::make_shared<TouchedView>(contentOf(*popups.last(), window, QRegion()), nullptr,
+                                         std::make_shared<PopupDismissal>(window, point));
+  }
+  return touchedIn(window, window, point);
+}
+
 }  // namespace
 
 std::vector<std::shared_ptr<platform::Window>> QtWindowScene::windows() const {
@@ -60,9 +98,12 @@ std::vector<std::shared_ptr<platform::Window>> QtWindowScene::windows() const {
           contentOf(*popups[at], *keyWindow, coveredBy(popups.mid(at + 1), *keyWindow)));
     }
     // There is a key window wherever there is a window.
-    result.push_back(
-        std::make_shared<QtWindow>(contentOf(*window, *keyWindow, coveredBy(popups, *keyWindow)),
-                                   std::move(popupViews), isKey));
+    result.push_back(std::make_shared<QtWindow>(
+        *window, contentOf(*window, *keyWindow, coveredBy(popups, *keyWindow)),
+        std::move(popupViews), isKey, [touched = QPointer(window), isKey](platform::Point point) {
+          return touched == nullptr || !isKey ? nullptr
+                                              : touchedAt(*touched, QPointF(point.x, point.y));
+        }));
   }
   return result;
 }

@@ -8,7 +8,7 @@
 #include "platforms/qt6/network/answer_reply.h"
 #include "platforms/qt6/network/exchange.h"
 #include "platforms/qt6/network/reply_observer.h"
-#include "platforms/qt6/network/virtual_slot.h"
+#include "platforms/qt6/shared/virtual_slot.h"
 
 namespace tarnix::qt6::request_hook {
 

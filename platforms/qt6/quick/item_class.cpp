@@ -77,6 +77,11 @@ Recognised recognise(const QMetaObject& metaObject) {
 ItemClass::ItemClass(const QMetaObject& metaObject) : name(writtenClassName(metaObject)) {
   const Recognised recognised = recognise(metaObject);
   kind = recognised.kind;
+  isTouchArea = isDerivedFrom(&metaObject, "QQuickMouseArea") ||
+                isDerivedFrom(&metaObject, "QQuickMultiPointTouchArea") ||
+                isDerivedFrom(&metaObject, "QQuickPinchArea");
+  isItemDelegate = isDerivedFrom(&metaObject, "QQuickItemDelegate");
+  isSlider = isDerivedFrom(&metaObject, "QQuickSlider") || isDerivedFrom(&metaObject, "QQuickDial");
   // A rectangle with a role is as much its author's control as any other item.
   const bool isAuthors = kind == ItemKind::plain || kind == ItemKind::rectangle;
   const QMetaObject& library = isAuthors ? metaObject : *recognised.metaObject;

@@ -48,6 +48,12 @@ struct ItemClass {
   ItemKind kind = ItemKind::plain;
   /// As a person wrote it.
   std::string name;
+  /// Whether it takes what is done with a pointer and shows nothing itself.
+  bool isTouchArea = false;
+  /// Whether it is the library's button for rows of a list.
+  bool isItemDelegate = false;
+  /// Of those that are adjustable: what has a handle on a track.
+  bool isSlider = false;
 
   Property text;
   Property textFormat;

@@ -213,6 +213,9 @@ ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
     result.traits |= traits::notEnabled;
   }
   result.value = valueOf(item, itemClass, attached);
+  if (result.value) {
+    result.value = withoutLineBreaks(*std::move(result.value));
+  }
   return result;
 }
 

@@ -1,10 +1,14 @@
 #include "platforms/qt6/quick/item_label.h"
 
 #include <QMetaObject>
+#include <QMetaProperty>
 #include <QQuickItem>
+#include <QVariant>
 #include <vector>
 
 #include "platforms/qt6/quick/item_description.h"
+#include "platforms/qt6/quick/text_nearby.h"
+#include "platforms/qt6/shared/icon_label.h"
 #include "platforms/qt6/shared/role_traits.h"
 #include "platforms/qt6/shared/visible_text.h"
 
@@ -27,9 +31,16 @@ bool isControl(ItemKind kind) {
   }
 }
 
-/// The texts that a button is drawn with; none when there are other controls inside it.
-std::vector<QString> textsInside(const QQuickItem& button) {
+/// What a button is drawn with.
+struct Drawn {
   std::vector<QString> texts;
+  /// The file of the picture that is found first; empty when there is none.
+  QString picture;
+};
+
+/// Nothing when there are other controls inside `button`.
+Drawn drawnInside(const QQuickItem& button) {
+  Drawn drawn;
   std::vector<const QQuickItem*> pending = {&button};
   for (int visits = 0; !pending.empty() && visits < largestButton; ++visits) {
     const QQuickItem* const item = pending.back();
@@ -46,13 +57,37 @@ std::vector<QString> textsInside(const QQuickItem& button) {
         const auto format = static_cast<TextFormat>(childClass.textFormat.integer(*child));
         const QString text = visibleText(childClass.text.string(*child), format).text;
         if (!text.trimmed().isEmpty()) {
-          texts.push_back(text);
+          drawn.texts.push_back(text);
         }
+      } else if (childClass.kind == ItemKind::image && drawn.picture.isEmpty()) {
+        drawn.picture = child->property("source").toString();
       }
       pending.push_back(child);
     }
   }
-  return pending.empty() ? texts : std::vector<QString>();
+  return pending.empty() ? drawn : Drawn();
+}
+
+QString firstOf(const QString& first, const QString& second, const QString& third = {}) {
+  return !first.isEmpty() ? first : !second.isEmpty() ? second : third;
+}
+
+/// The name or the file of the picture on a button.
+QString iconOf(const QQuickItem& button) {
+  const QVariant icon = button.property("icon");
+  const QMetaObject* const group = icon.metaType().metaObject();
+  if (group == nullptr) {
+    return {};
+  }
+  for (const char* member : {"name", "source"}) {
+    const int index = group->indexOfProperty(member);
+    const QString text =
+        index < 0 ? QString() : group->property(index).readOnGadget(icon.constData()).toString();
+    if (!text.isEmpty()) {
+      return text;
+    }
+  }
+  return {};
 }
 
 QString buttonLabel(const QQuickItem& item, const ItemClass& itemClass,
@@ -63,7 +98,8 @@ QString buttonLabel(const QQuickItem& item, const ItemClass& itemClass,
   if (!text.trimmed().isEmpty() && label == text) {
     return text;
   }
-  const std::vector<QString> shown = textsInside(item);
+  const Drawn drawn = drawnInside(item);
+  const std::vector<QString>& shown = drawn.texts;
   for (const QString& candidate : shown) {
     if (!text.isEmpty() && candidate == text) {
       return text;
@@ -76,7 +112,11 @@ QString buttonLabel(const QQuickItem& item, const ItemClass& itemClass,
   if (shown.size() == 1) {
     return shown.front();
   }
-  return attached.toolTip().isEmpty() ? text : attached.toolTip();
+  if (!shown.empty() || !attached.toolTip().isEmpty() || !text.isEmpty()) {
+    return firstOf(attached.toolTip(), text);
+  }
+  const QString icon = labelOfIcon(iconOf(item));
+  return icon.isEmpty() ? labelOfIcon(drawn.picture) : icon;
 }
 
 bool isPassword(const QQuickItem& item, const ItemClass& itemClass,
@@ -141,6 +181,9 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
       if (!placeholder.trimmed().isEmpty()) {
         return placeholder;
       }
+      if (const QString beside = textNearby(item); !beside.isEmpty()) {
+        return beside;
+      }
       if (!attached.toolTip().isEmpty()) {
         return attached.toolTip();
       }
@@ -151,11 +194,11 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
     }
     case ItemKind::comboBox:
     case ItemKind::spinBox:
-      return attached.toolTip().isEmpty() ? itemClass.displayText.string(item) : attached.toolTip();
+      return firstOf(textNearby(item), attached.toolTip(), itemClass.displayText.string(item));
     case ItemKind::adjustable:
     case ItemKind::rangeSlider:
     case ItemKind::progressBar:
-      return attached.toolTip();
+      return firstOf(textNearby(item), attached.toolTip());
     case ItemKind::image:
     case ItemKind::tabBar:
     case ItemKind::groupBox:
@@ -179,7 +222,7 @@ QString labelOf(const QQuickItem& item, const ItemClass& itemClass,
       return withoutMnemonic(text, ParenthesisedMnemonic::removed);
     }
   }
-  const std::vector<QString> shown = textsInside(item);
+  const std::vector<QString> shown = drawnInside(item).texts;
   return shown.size() == 1 ? shown.front() : attached.toolTip();
 }
 

@@ -11,6 +11,11 @@ class QuickPart : public UserInterfacePart {
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
+  ScreenFinder& screens() override;
+  QImage lastImage(QWindow& window) override;
+  std::shared_ptr<platform::View> touchedView(QWindow& window, const Surroundings& surroundings,
+                                              QPointF point,
+                                              std::shared_ptr<platform::View> outer) override;
   std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window) override;
 
  private:

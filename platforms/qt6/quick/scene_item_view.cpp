@@ -2,7 +2,10 @@
 
 #include <utility>
 
+#include "platforms/qt6/quick/item_interaction.h"
+#include "platforms/qt6/quick/item_responder.h"
 #include "platforms/qt6/quick/scene.h"
+#include "platforms/qt6/shared/author_name.h"
 #include "platforms/qt6/shared/frame.h"
 
 namespace tarnix::qt6 {
@@ -18,6 +21,9 @@ SceneItemView::SceneItemView(Scene& scene, QQuickItem& item, const ItemClass& it
 
 void SceneItemView::setChildren(std::vector<SceneItemView*> children) {
   children_ = std::move(children);
+  for (SceneItemView* child : children_) {
+    child->parent_ = this;
+  }
   isExpanded_ = true;
 }
 
@@ -51,6 +57,41 @@ QRectF SceneItemView::findElementArea() const {
 platform::Rect SceneItemView::accessibilityFrame() const {
   // What is an element is where it can be pointed at; any other view is where it is.
   return frameOf(isAccessibilityElement() ? elementArea() : area());
+}
+
+platform::Rect SceneItemView::wholeFrame() const { return frameOf(area()); }
+
+std::shared_ptr<platform::View> SceneItemView::superview() const {
+  if (item_ == nullptr || parent_ == nullptr) {
+    return nullptr;
+  }
+  return {scene_.shared_from_this(), parent_};
+}
+
+platform::ViewKind SceneItemView::kind() const {
+  return item_ == nullptr ? platform::ViewKind::other : viewKindOf(*item_, class_);
+}
+
+std::optional<std::string> SceneItemView::accessibilityIdentifier() const {
+  return item_ == nullptr ? std::nullopt : authorsName(*item_);
+}
+
+platform::TouchReactions SceneItemView::touchReactions() const {
+  if (item_ == nullptr) {
+    return {};
+  }
+  const bool isLink = (description_.traits & platform::accessibility_traits::link) != 0;
+  return {.isUserInteractionEnabled = isUserInteractionEnabled(*item_, class_, isLink),
+          .isControl = isControl(class_),
+          .hasGestureRecognizers = hasGestureRecognizers(*item_, class_)};
+}
+
+std::shared_ptr<platform::Responder> SceneItemView::responder() const {
+  if (item_ == nullptr) {
+    return nullptr;
+  }
+  const QPointF centre = item_->mapToScene({item_->width() / 2, item_->height() / 2});
+  return std::make_shared<ItemResponder>(*item_, centre, std::nullopt);
 }
 
 std::optional<std::string> SceneItemView::accessibilityValue() const {

@@ -31,6 +31,12 @@ class SceneItemView : public platform::View {
   bool isHidden() const override { return item_ == nullptr || !item_->isVisible(); }
   double alpha() const override { return item_ == nullptr ? 0 : item_->opacity(); }
   std::vector<std::shared_ptr<View>> subviews() const override;
+  std::shared_ptr<View> superview() const override;
+  platform::ViewKind kind() const override;
+  std::optional<std::string> accessibilityIdentifier() const override;
+  platform::Rect wholeFrame() const override;
+  platform::TouchReactions touchReactions() const override;
+  std::shared_ptr<platform::Responder> responder() const override;
   bool isTextField() const override { return item_ != nullptr && description_.isTextField; }
   bool isAccessibilityElement() const override {
     return item_ != nullptr && description_.isElement && !elementArea().isEmpty();
@@ -60,6 +66,7 @@ class SceneItemView : public platform::View {
   int paintOrder() const { return paintOrder_; }
   void setPaintOrder(int order) { paintOrder_ = order; }
   bool isExpanded() const { return isExpanded_; }
+  /// Each of them gets this as its parent.
   void setChildren(std::vector<SceneItemView*> children);
 
  private:
@@ -73,6 +80,8 @@ class SceneItemView : public platform::View {
   Place place_;
   ItemDescription description_;
   std::vector<SceneItemView*> children_;
+  // Null for the outermost item.
+  SceneItemView* parent_ = nullptr;
   // Found when it is first asked for: what hides the item is known once the scene is complete.
   mutable std::optional<QRectF> elementArea_;
   int depth_;

@@ -1,6 +1,7 @@
 #include "platforms/qt6/quick/scene_window_view.h"
 
 #include "platforms/qt6/quick/scene.h"
+#include "platforms/qt6/shared/author_name.h"
 #include "platforms/qt6/shared/class_name.h"
 #include "platforms/qt6/shared/frame.h"
 
@@ -16,6 +17,10 @@ std::string SceneWindowView::className() const {
 bool SceneWindowView::isHidden() const {
   // A scene inside a widget has a window without a surface, shown or not: the widget decides.
   return window_ == nullptr || (window_->handle() != nullptr && !window_->isVisible());
+}
+
+std::optional<std::string> SceneWindowView::accessibilityIdentifier() const {
+  return window_ == nullptr ? std::nullopt : authorsName(*window_);
 }
 
 platform::Rect SceneWindowView::accessibilityFrame() const {

@@ -18,6 +18,7 @@ class SceneWindowView : public platform::View {
   bool isHidden() const override;
   double alpha() const override { return window_ == nullptr ? 0 : window_->opacity(); }
   std::vector<std::shared_ptr<View>> subviews() const override;
+  std::optional<std::string> accessibilityIdentifier() const override;
   bool isTextField() const override { return false; }
   bool isAccessibilityElement() const override { return false; }
   std::string accessibilityLabel() const override { return {}; }

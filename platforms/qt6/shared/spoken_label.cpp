@@ -1,17 +1,23 @@
 #include "platforms/qt6/shared/spoken_label.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnix::qt6 {
 
-QString inOneLine(QString label) {
+QString withoutLineBreaks(QString text) {
   const auto isBreak = [](QChar character) {
     return character == u'\n' || character == u'\r' || character == u'\t' ||
            character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
   };
-  if (std::any_of(label.cbegin(), label.cend(), isBreak)) {
-    std::replace_if(label.begin(), label.end(), isBreak, QChar(u' '));
+  if (std::any_of(text.cbegin(), text.cend(), isBreak)) {
+    std::replace_if(text.begin(), text.end(), isBreak, QChar(u' '));
   }
+  return text;
+}
+
+QString inOneLine(QString label) {
+  label = withoutLineBreaks(std::move(label));
   const QString trimmed = label.trimmed();
   return trimmed.isEmpty() ? label : trimmed;
 }

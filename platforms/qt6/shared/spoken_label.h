@@ -6,6 +6,9 @@
 
 namespace tarnix::qt6 {
 
+/// `text` with a space for each line break and tab: what is read of an element stands on one line.
+QString withoutLineBreaks(QString text);
+
 /// `label` without line breaks and tabs, and without blanks at its ends unless it is nothing else.
 QString inOneLine(QString label);
 

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QDockWidget>
 #include <QGroupBox>
+#include <QIcon>
 #include <QLCDNumber>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,7 +18,9 @@
 #include <QStyle>
 #include <QTextEdit>
 
+#include "platforms/qt6/shared/icon_label.h"
 #include "platforms/qt6/widgets/buddies.h"
+#include "platforms/qt6/widgets/label_nearby.h"
 
 namespace tarnix::qt6 {
 
@@ -106,23 +109,27 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
     case WidgetKind::button:
     case WidgetKind::toggle:
       return firstOf({withoutShownMnemonic(static_cast<const QAbstractButton&>(widget).text()),
-                      name, plainText(widget.toolTip())});
+                      name, plainText(widget.toolTip()),
+                      labelOfIcon(static_cast<const QAbstractButton&>(widget).icon().name())});
     case WidgetKind::lineEdit:
     case WidgetKind::textEdit:
     case WidgetKind::plainTextEdit:
     case WidgetKind::comboBox:
     case WidgetKind::spinBox: {
       QString label = firstOf({name, Buddies::textFor(buddies, widget), placeholderOf(widget)});
-      return label.isEmpty() ? firstOf({plainText(widget.toolTip()), contentOf(widget, kind)})
+      return label.isEmpty() ? firstOf({labelNearby(widget), plainText(widget.toolTip()),
+                                        contentOf(widget, kind)})
                              : label;
     }
     case WidgetKind::slider:
-      return firstOf({name, Buddies::textFor(buddies, widget), plainText(widget.toolTip())});
+      return firstOf({name, Buddies::textFor(buddies, widget), labelNearby(widget),
+                      plainText(widget.toolTip())});
     case WidgetKind::progressBar:
-      return firstOf({name, Buddies::textFor(buddies, widget),
+      return firstOf({name, Buddies::textFor(buddies, widget), labelNearby(widget),
                       shownByProgressBar(static_cast<const QProgressBar&>(widget))});
     case WidgetKind::lcdNumber:
-      return firstOf({name, Buddies::textFor(buddies, widget), contentOf(widget, kind)});
+      return firstOf(
+          {name, Buddies::textFor(buddies, widget), labelNearby(widget), contentOf(widget, kind)});
     case WidgetKind::groupBox:
       return firstOf({withoutShownMnemonic(static_cast<const QGroupBox&>(widget).title())});
     case WidgetKind::statusBar:

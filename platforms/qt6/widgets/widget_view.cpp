@@ -6,13 +6,16 @@
 #include <QWindow>
 #include <utility>
 
+#include "platforms/qt6/shared/author_name.h"
 #include "platforms/qt6/shared/frame.h"
 #include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/widgets/covers.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
 #include "platforms/qt6/widgets/overlay_widget.h"
 #include "platforms/qt6/widgets/widget_area.h"
+#include "platforms/qt6/widgets/widget_interaction.h"
 #include "platforms/qt6/widgets/widget_label.h"
+#include "platforms/qt6/widgets/widget_responder.h"
 #include "platforms/qt6/widgets/widget_traits.h"
 
 namespace tarnix::qt6 {
@@ -82,6 +85,9 @@ WidgetView::Description WidgetView::describe() const {
   result.area = surroundings_->visiblePart(areaOf(*widget_, kind).translated(topLeft_));
   result.isElement = !result.area.isEmpty();
   result.value = valueOf(*widget_, kind);
+  if (result.value) {
+    result.value = withoutLineBreaks(*std::move(result.value));
+  }
   return result;
 }
 
@@ -92,6 +98,27 @@ platform::Rect WidgetView::accessibilityFrame() const {
   // What is an element is where it can be pointed at; any other view is where it is.
   const Description& own = description();
   return frameOf(own.isElement ? own.area : QRectF(topLeft_, widget_->size()));
+}
+
+platform::Rect WidgetView::wholeFrame() const {
+  return widget_ == nullptr ? platform::Rect() : frameOf(QRectF(topLeft_, widget_->size()));
+}
+
+platform::ViewKind WidgetView::kind() const {
+  return widget_ == nullptr ? platform::ViewKind::other : viewKindOf(*widget_, class_.kind);
+}
+
+std::optional<std::string> WidgetView::accessibilityIdentifier() const {
+  return widget_ == nullptr ? std::nullopt : authorsName(*widget_);
+}
+
+platform::TouchReactions WidgetView::touchReactions() const {
+  if (widget_ == nullptr) {
+    return {};
+  }
+  return {.isUserInteractionEnabled = isUserInteractionEnabled(*widget_, class_.kind),
+          .isControl = isControl(*widget_, class_.kind),
+          .hasGestureRecognizers = hasGestureRecognizers(*widget_, class_.kind)};
 }
 
 std::optional<std::string> WidgetView::accessibilityValue() const {
@@ -115,6 +142,8 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
       result.push_back(std::move(view));
     }
   }
+  // Views are read only, and handed out as ones that could be more.
+  const auto superview = std::const_pointer_cast<WidgetView>(shared_from_this());
   const std::shared_ptr<const Buddies> buddies = Buddies::collect(*widget_, buddies_);
   const Covers covers(*widget_);
   for (QObject* child : widget_->children()) {
@@ -132,10 +161,30 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
       narrowed->cover(covered.translated(topLeft_.toPoint()));
       around = std::move(narrowed);
     }
-    result.push_back(std::make_shared<WidgetView>(*widget, topLeft_ + widget->pos(),
-                                                  std::move(around), buddies, source_));
+    auto view = std::make_shared<WidgetView>(*widget, topLeft_ + widget->pos(), std::move(around),
+                                             buddies, source_);
+    view->superview_ = superview;
+    result.push_back(std::move(view));
   }
   return result;
+}
+
+std::shared_ptr<WidgetView> WidgetView::viewOfChild(const QWidget& child) const {
+  for (std::shared_ptr<View>& view : subviews()) {
+    auto candidate = std::dynamic_pointer_cast<WidgetView>(std::move(view));
+    if (candidate != nullptr && candidate->widget_ == &child) {
+      return candidate;
+    }
+  }
+  return nullptr;
+}
+
+std::shared_ptr<platform::Responder> WidgetView::responder() const {
+  if (widget_ == nullptr) {
+    return nullptr;
+  }
+  const QPoint centre = areaOf(*widget_, class_.kind).center().toPoint();
+  return std::make_shared<WidgetResponder>(*widget_, class_.kind, centre, std::nullopt);
 }
 
 std::shared_ptr<const Surroundings> WidgetView::surroundingsOfChildren() const {

@@ -14,7 +14,7 @@
 namespace tarnix::qt6 {
 
 /// A widget as a view. Main thread; answers as an empty view once the widget has gone.
-class WidgetView : public platform::View {
+class WidgetView : public platform::View, public std::enable_shared_from_this<WidgetView> {
  public:
   /// `topLeft` is where the widget stands on the screen.
   WidgetView(QWidget& widget, QPointF topLeft, std::shared_ptr<const Surroundings> surroundings,
@@ -24,6 +24,16 @@ class WidgetView : public platform::View {
   bool isHidden() const override { return widget_ == nullptr || !widget_->isVisible(); }
   double alpha() const override;
   std::vector<std::shared_ptr<View>> subviews() const override;
+  std::shared_ptr<View> superview() const override {
+    return widget_ == nullptr ? nullptr : superview_;
+  }
+  platform::ViewKind kind() const override;
+  std::optional<std::string> accessibilityIdentifier() const override;
+  platform::Rect wholeFrame() const override;
+  platform::TouchReactions touchReactions() const override;
+  /// The view of a child widget; null when it has none.
+  std::shared_ptr<WidgetView> viewOfChild(const QWidget& child) const;
+  std::shared_ptr<platform::Responder> responder() const override;
   bool isTextField() const override;
   bool isAccessibilityElement() const override { return description().isElement; }
   std::string accessibilityLabel() const override { return description().label.toStdString(); }
@@ -60,6 +70,8 @@ class WidgetView : public platform::View {
   std::shared_ptr<const Surroundings> surroundings_;
   std::shared_ptr<const Buddies> buddies_;
   ViewSource& source_;
+  // Null for a window.
+  std::shared_ptr<View> superview_;
   // Made when they are first asked for; the widget stays as it is until the loop turns.
   mutable std::optional<Description> description_;
   mutable std::optional<PlainItems> parts_;

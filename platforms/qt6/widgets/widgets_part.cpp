@@ -3,14 +3,14 @@
 #include <QApplication>
 #include <QWindow>
 
+#include "platforms/qt6/widgets/widget_image.h"
 #include "platforms/qt6/widgets/widget_pane.h"
+#include "platforms/qt6/widgets/widget_touch.h"
 #include "platforms/qt6/widgets/widget_view.h"
 
 namespace tarnix::qt6 {
 
-namespace {
-
-QWidget* widgetOf(const QWindow& window) {
+QWidget* WidgetsPart::widgetOf(const QWindow& window) {
   // Applications with the library loaded need not have made an application object of its kind.
   if (!window.inherits("QWidgetWindow") ||
       qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
@@ -31,8 +31,6 @@ QWidget* widgetOf(const QWindow& window) {
   return nullptr;
 }
 
-}  // namespace
-
 std::shared_ptr<platform::View> WidgetsPart::viewOf(QWindow& window,
                                                     const Surroundings& surroundings) {
   QWidget* const widget = widgetOf(window);
@@ -42,6 +40,19 @@ std::shared_ptr<platform::View> WidgetsPart::viewOf(QWindow& window,
   return std::make_shared<WidgetView>(*widget, surroundings.origin,
                                       std::make_shared<const Surroundings>(surroundings), nullptr,
                                       source_);
+}
+
+QImage WidgetsPart::lastImage(QWindow& window) {
+  QWidget* const widget = widgetOf(window);
+  return widget == nullptr ? QImage() : lastImageOf(*widget, source_);
+}
+
+std::shared_ptr<platform::View> WidgetsPart::touchedView(QWindow& window,
+                                                         const Surroundings& surroundings,
+                                                         QPointF point,
+                                                         std::shared_ptr<platform::View>) {
+  QWidget* const widget = widgetOf(window);
+  return widget == nullptr ? nullptr : qt6::touchedView(*widget, surroundings, point, source_);
 }
 
 std::unique_ptr<OverlayPane> WidgetsPart::makeOverlayPane(QWindow& window) {

@@ -11,7 +11,12 @@ EXPORTS = {
     "libtarnixprobe.so": {
         "tarnixprobe_bootstrap", "TarnixProbeBootstrap", "pthread_create",
         "_ZN21QNetworkAccessManagerC1EP7QObject", "_ZN21QNetworkAccessManagerC2EP7QObject",
-        "_ZN21QNetworkAccessManager13createRequestENS_9OperationERK15QNetworkRequestP9QIODevice"},
+        "_ZN21QNetworkAccessManager13createRequestENS_9OperationERK15QNetworkRequestP9QIODevice",
+        # These tell when web views are coming.
+        "_Z17qmlRegisterModulePKcii",
+        "_ZN14QWebEnginePageC1EP7QObject", "_ZN14QWebEnginePageC2EP7QObject",
+        "_ZN14QWebEnginePageC1EP17QWebEngineProfileP7QObject",
+        "_ZN14QWebEnginePageC2EP17QWebEngineProfileP7QObject"},
     "libtarnixprobe-core.so": {"tarnixprobe_core"},
     "libtarnixprobe-dnssd.so": {"tarnixprobe_advertise"},
     # The second one keeps the host's sequence of random numbers its own.

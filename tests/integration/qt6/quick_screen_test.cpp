@@ -39,6 +39,19 @@ platform::Rect frameOf(const std::string& label) {
   return elements.empty() ? platform::Rect() : elements.front().frame;
 }
 
+TEST(QuickScreen, AControlWithoutANameTakesWhatStandsBesideItOrOnIt) {
+  const ShownQmlFile shown("labels.qml");
+  EXPECT_THAT(screenLines(), UnorderedElementsAreArray({
+                                 "StaticText Width:",
+                                 "Slider Width: {3}",
+                                 "StaticText Address",
+                                 "Other Address {First line second line} field",
+                                 "Button go previous 24",
+                                 "Button document open",
+                                 "Button Take a copy",
+                             }));
+}
+
 TEST(QuickScreen, EveryControlSaysWhatAPersonSees) {
   const ShownQmlFile shown("controls.qml");
   EXPECT_THAT(screenLines(), UnorderedElementsAreArray({

@@ -256,6 +256,38 @@ QTreeWidget* tree() {
   return tree;
 }
 
+/// Fields whose labels are only what stands beside them.
+void showLabelsNearby() {
+  auto* const window = new QWidget;
+  auto* const grid = new QGridLayout(window);
+  grid->addWidget(new QLabel("Width:"), 0, 0);
+  grid->addWidget(new QSpinBox, 0, 1);
+  grid->addWidget(new QLabel("Style:"), 1, 0);
+  auto* const combo = new QComboBox;
+  combo->addItems({"Bold", "Thin"});
+  grid->addWidget(combo, 1, 1);
+  grid->addWidget(new QLabel("Address"), 2, 0);
+  grid->addWidget(new QPlainTextEdit("First line\nsecond line"), 3, 0, 1, 2);
+  auto* const labelled = new QLineEdit;
+  auto* const label = new QLabel("Of the &next");
+  label->setBuddy(labelled);
+  grid->addWidget(label, 4, 0);
+  // Beside a label that belongs to another: it has no name but its content.
+  grid->addWidget(new QLineEdit("alone"), 4, 1);
+  grid->addWidget(labelled, 5, 0);
+  auto* const mirrored = new QWidget;
+  mirrored->setLayoutDirection(Qt::RightToLeft);
+  auto* const row = new QHBoxLayout(mirrored);
+  row->addWidget(new QLabel("שם"));
+  row->addWidget(new QLineEdit);
+  grid->addWidget(mirrored, 6, 0, 1, 2);
+  auto* const button = new QToolButton;
+  button->setIcon(QIcon::fromTheme("go-previous", QIcon()));
+  grid->addWidget(button, 7, 0);
+  window->resize(500, 500);
+  window->show();
+}
+
 void showViews() {
   auto* const window = new QWidget;
   auto* const grid = new QGridLayout(window);
@@ -392,6 +424,7 @@ void showMany() {
 
 bool showWidgetPage(const QString& name) {
   static const std::map<QString, std::function<void()>> pages = {
+      {"labels", showLabelsNearby},
       {"controls", showControls}, {"views", showViews},    {"containers", showContainers},
       {"menu", showMenu},         {"combo", showComboBox}, {"dialog", showDialog},
       {"quick", showQuick},       {"many", showMany},

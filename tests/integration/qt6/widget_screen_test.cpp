@@ -73,6 +73,18 @@ TEST(WidgetScreen, EveryControlSaysWhatAPersonSees) {
                              }));
 }
 
+TEST(WidgetScreen, AFieldWithoutANameTakesTheLabelBesideIt) {
+  const ShownWidgetPage shown("labels");
+  EXPECT_THAT(screenLines(), IsSupersetOf({
+                                 "Slider Width: {0} field",
+                                 "Button Style: {Bold}",
+                                 "Other Address {First line second line} field",
+                                 "Other Of the next {} field",
+                                 "Other alone {alone} field",
+                                 "Other שם {} field",
+                             }));
+}
+
 TEST(WidgetScreen, ACheckBoxIsWhereItReacts) {
   const ShownWidgetPage shown("controls");
   const auto box = elementsLabelled("Check box");

@@ -1,5 +1,6 @@
 """The commands about traffic, on a QML application."""
 
+import shutil
 import signal
 import tempfile
 
@@ -42,6 +43,19 @@ Window {
 }
 """
 
+VALIDATOR = pathlib.Path(__file__).with_name("validate_har.js")
+# Where Debian's packages for it are, whichever build of the interpreter runs.
+MODULES = "/usr/share/nodejs"
+
+
+def complaints_about(archive):
+    """What the schemas of the archive format find wrong."""
+    found = subprocess.run(["node", VALIDATOR, archive], capture_output=True, text=True,
+                           timeout=TIME_LIMIT, env=dict(os.environ, NODE_PATH=MODULES))
+    assert found.stderr == "", found.stderr
+    assert (found.returncode == 0) == (found.stdout == ""), found
+    return found.stdout
+
 
 class Commands(unittest.TestCase):
     @classmethod
@@ -50,6 +64,9 @@ class Commands(unittest.TestCase):
         cls.folder = tempfile.TemporaryDirectory()
         cls.page = pathlib.Path(cls.folder.name) / "page.qml"
         cls.page.write_text(PAGE, encoding="utf-8")
+        # A name that no other application on this machine has.
+        cls.runtime = pathlib.Path(cls.folder.name) / f"traffic-page-{os.getpid()}"
+        shutil.copy(QML_RUNTIME, cls.runtime)
         cls.host = cls.start()
         cls.port = cls.host.port()
 
@@ -61,7 +78,7 @@ class Commands(unittest.TestCase):
 
     @classmethod
     def start(cls):
-        return Process([QML_RUNTIME, cls.page, "--", f"http://127.0.0.1:{cls.server.port}"])
+        return Process([cls.runtime, cls.page, "--", f"http://127.0.0.1:{cls.server.port}"])
 
     def tarnix(self, *words, code=0):
         done = subprocess.run([TARNIX, *words, "--pid", str(self.host.pid)], capture_output=True,
@@ -70,7 +87,8 @@ class Commands(unittest.TestCase):
         return done.stdout
 
     def watched(self, *options):
-        return [json.loads(line) for line in self.tarnix("watch", "--json", "--no-log", *options).splitlines()]
+        lines = self.tarnix("watch", "--no-log", "--json", *options).splitlines()
+        return [json.loads(line) for line in lines]
 
     def label(self):
         return self.tarnix("html")
@@ -102,7 +120,8 @@ class Commands(unittest.TestCase):
         self.assertIn("turn=", first["url"])
 
     def test_watch_survives_other_commands_and_a_new_start(self):
-        watch = subprocess.Popen([TARNIX, "watch", "--json", "--name", "qml"],
+        watch = subprocess.Popen([TARNIX, "watch", "--no-log", "--json", "--name",
+                                  self.runtime.name],
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         try:
             seen = [json.loads(watch.stdout.readline())["id"] for _ in range(2)]
@@ -170,8 +189,18 @@ class Commands(unittest.TestCase):
         for entry in log["entries"]:
             self.assertRegex(entry["startedDateTime"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z$")
             self.assertGreaterEqual(entry["time"], 0)
+        self.assertEqual(complaints_about(path), "")
         self.assertEqual(json.loads(self.tarnix("har", "-"))["log"]["version"], "1.2")
         self.tarnix("har", "/nonexistent/file", code=1)
+
+    def test_the_schemas_of_archives_find_what_is_wrong(self):
+        path = pathlib.Path(self.folder.name) / "wrong.har"
+        self.tarnix("har", str(path))
+        archive = json.loads(path.read_text(encoding="utf-8"))
+        del archive["log"]["creator"]["version"]
+        path.write_text(json.dumps(archive), encoding="utf-8")
+        self.assertIn(".log.creator should have required property 'version'",
+                      complaints_about(path))
 
 
 if __name__ == "__main__":

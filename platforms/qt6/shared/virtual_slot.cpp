@@ -1,4 +1,4 @@
-#include "platforms/qt6/network/virtual_slot.h"
+#include "platforms/qt6/shared/virtual_slot.h"
 
 #include <dlfcn.h>
 #include <link.h>

@@ -5,7 +5,7 @@
 namespace tarnix::companion {
 
 /// Why a companion did not get what it asked for.
-struct CompanionError {
+struct ClientError {
   enum class Kind {
     /// The address cannot be used, or nothing listens there.
     unreachable,

@@ -1,0 +1,183 @@
+#include "companion/command/step_runner.h"
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#include "companion/command/screen_elements.h"
+#include "probe/model/input_result.h"
+#include "probe/model/screen_html_response.h"
+#include "probe/model/swipe_command.h"
+#include "probe/model/tap_command.h"
+#include "probe/model/type_text_command.h"
+
+namespace tarnix::companion {
+namespace {
+
+using namespace std::chrono_literals;
+using Result = StepRunner::Result;
+
+/// Often enough for a person, seldom enough for the host.
+constexpr auto pauseBetweenLooks = 100ms;
+
+constexpr const char* otherVersion =
+    "the answer was not understood. Are `tarnix` and the probe of one version?";
+
+ExitCode codeOf(const ClientError& error) {
+  switch (error.kind) {
+    case ClientError::Kind::unreachable:
+    case ClientError::Kind::dropped:
+      return ExitCode::connectionFailed;
+    case ClientError::Kind::noAnswer:
+      return ExitCode::noAnswer;
+    case ClientError::Kind::notUnderstood:
+      break;
+  }
+  return ExitCode::notUnderstood;
+}
+
+Result failed(const ClientError& error) { return {codeOf(error), error.message}; }
+
+/// The screen, or why it cannot be read.
+std::variant<ScreenHTMLResponse, Result> screenOf(CompanionClient& client, Deadline deadline) {
+  const Outcome<CompanionMessage> answer =
+      client.request(makeCommand(CompanionMessageType::commandScreenHTML),
+                     CompanionMessageType::responseScreenHTML, deadline);
+  if (!answer) {
+    return failed(answer.error());
+  }
+  std::optional<ScreenHTMLResponse> screen = answer->decode<ScreenHTMLResponse>();
+  if (!screen) {
+    return Result{ExitCode::notUnderstood, otherVersion};
+  }
+  return *std::move(screen);
+}
+
+/// What of `step` does not hold; empty when all does.
+std::string missing(const WaitStep& step, const ScreenHTMLResponse& screen) {
+  const std::vector<ScreenElement> elements = elementsIn(screen.html);
+  if (step.text && !showsText(elements, *step.text)) {
+    return fmt::format("\"{}\" did not come", *step.text);
+  }
+  if (step.gone && showsText(elements, *step.gone)) {
+    return fmt::format("\"{}\" did not go", *step.gone);
+  }
+  if (step.screen && screen.screen != *step.screen) {
+    return fmt::format("the screen is still \"{}\"", screen.screen);
+  }
+  return {};
+}
+
+}  // namespace
+
+Result StepRunner::run(const Step& step) {
+  return std::visit(
+      [this](const auto& what) -> Result {
+        using What = std::decay_t<decltype(what)>;
+        if constexpr (std::is_same_v<What, TapStep>) {
+          return tap(what);
+        } else if constexpr (std::is_same_v<What, SwipeStep>) {
+          return swipe(what);
+        } else if constexpr (std::is_same_v<What, TypeStep>) {
+          return type(what);
+        } else if constexpr (std::is_same_v<What, WaitStep>) {
+          return wait(what);
+        } else {
+          return pause(what);
+        }
+      },
+      step);
+}
+
+template <class Command>
+Result StepRunner::act(CompanionMessageType type, const Command& command,
+                       CompanionMessageType answerType) {
+  const Deadline until = deadline();
+  if (!isSettled_) {
+    // A question may be asked twice, a tap may not.
+    const Outcome<CompanionMessage> settled =
+        client_.request(makeCommand(CompanionMessageType::commandPerfSnapshot),
+                        CompanionMessageType::responsePerfSnapshot, until);
+    if (!settled) {
+      return failed(settled.error());
+    }
+    isSettled_ = true;
+  }
+  std::optional<CompanionMessage> message =
+      CompanionMessage::make(type, command, Timestamp::from(std::chrono::system_clock::now()));
+  if (!message) {
+    return {ExitCode::usage, "that is no text that can be sent. Is it UTF-8?"};
+  }
+  const Outcome<CompanionMessage> answer =
+      client_.request(*message, answerType, until, Repetition::forbidden);
+  if (!answer) {
+    return failed(answer.error());
+  }
+  std::optional<InputResult> result = answer->decode<InputResult>();
+  if (!result) {
+    return {ExitCode::notUnderstood, otherVersion};
+  }
+  return {result->success ? ExitCode::success : ExitCode::negative, std::move(result->message)};
+}
+
+Result StepRunner::tap(const TapStep& step) {
+  TapCommand command{step.x, step.y};
+  if (step.label) {
+    const auto screen = screenOf(client_, deadline());
+    if (const Result* const failure = std::get_if<Result>(&screen)) {
+      return *failure;
+    }
+    isSettled_ = true;
+    const auto found =
+        elementLabelled(elementsIn(std::get<ScreenHTMLResponse>(screen).html), *step.label);
+    if (const std::string* const reason = std::get_if<std::string>(&found)) {
+      return {ExitCode::negative, *reason};
+    }
+    const ScreenElement& element = std::get<ScreenElement>(found);
+    command = {element.x, element.y};
+  }
+  return act(CompanionMessageType::commandTap, command, CompanionMessageType::responseTap);
+}
+
+Result StepRunner::swipe(const SwipeStep& step) {
+  return act(CompanionMessageType::commandSwipe,
+             SwipeCommand{step.x1, step.y1, step.x2, step.y2, std::nullopt},
+             CompanionMessageType::responseSwipe);
+}
+
+Result StepRunner::type(const TypeStep& step) {
+  return act(CompanionMessageType::commandTypeText, TypeTextCommand{step.text},
+             CompanionMessageType::responseTypeText);
+}
+
+Result StepRunner::wait(const WaitStep& step) {
+  const auto patience =
+      step.within ? std::chrono::duration_cast<std::chrono::steady_clock::duration>(*step.within)
+                  : options_.timeout();
+  const Deadline until = deadlineIn(patience);
+  while (true) {
+    const auto screen = screenOf(client_, until);
+    if (const Result* const failure = std::get_if<Result>(&screen)) {
+      return *failure;
+    }
+    isSettled_ = true;
+    const std::string reason = missing(step, std::get<ScreenHTMLResponse>(screen));
+    if (reason.empty()) {
+      return {ExitCode::success, "it is so"};
+    }
+    if (deadlineIn(pauseBetweenLooks) >= until) {
+      return {ExitCode::negative, fmt::format("{} within {:.3g} s", reason,
+                                              std::chrono::duration<double>(patience).count())};
+    }
+    std::this_thread::sleep_for(pauseBetweenLooks);
+  }
+}
+
+Result StepRunner::pause(const PauseStep& step) {
+  std::this_thread::sleep_for(step.duration);
+  return {ExitCode::success, "done"};
+}
+
+}  // namespace tarnix::companion

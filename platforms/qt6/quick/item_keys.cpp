@@ -1,0 +1,53 @@
+#include "platforms/qt6/quick/item_keys.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <cstring>
+
+namespace tarnix::qt6 {
+
+namespace {
+
+bool hasKeyHandler(const QQuickItem& item) {
+  for (const QObject* child : item.children()) {
+    if (std::strcmp(child->metaObject()->className(), "QQuickKeysAttached") == 0) {
+      return child->property("enabled").toBool();
+    }
+  }
+  // An application's own class that can have the focus wants it for the keys.
+  const QMetaObject* metaObject = item.metaObject();
+  while (metaObject->superClass() != nullptr &&
+         std::strstr(metaObject->className(), "_QML") != nullptr) {
+    metaObject = metaObject->superClass();
+  }
+  return std::strncmp(metaObject->className(), "QQuick", 6) != 0 && item.activeFocusOnTab();
+}
+
+}  // namespace
+
+QQuickItem* focusedItem(const QQuickWindow& window) {
+  QQuickItem* item = window.activeFocusItem();
+  if (item == nullptr || item == window.contentItem()) {
+    item = window.contentItem();
+    // Bounded like every walk through items of the host's.
+    for (int depth = 0; item != nullptr && depth < 1'000; ++depth) {
+      QQuickItem* const inside = item->isFocusScope() ? item->scopedFocusItem() : nullptr;
+      if (inside == nullptr) {
+        break;
+      }
+      item = inside;
+    }
+  }
+  return item == window.contentItem() ? nullptr : item;
+}
+
+bool takesKeys(const QQuickItem& item) {
+  for (const QQuickItem* taker = &item; taker != nullptr; taker = taker->parentItem()) {
+    if (hasKeyHandler(*taker)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,14 @@
+#pragma once
+
+class QWidget;
+
+/// What an application's own widget classes do that their metadata does not tell. Main thread.
+namespace tarnix::qt6 {
+
+/// Whether the widget's class takes presses of the mouse in code that is not the toolkit's.
+bool hasOwnPressHandler(const QWidget& widget);
+
+/// The same of keys.
+bool hasOwnKeyHandler(const QWidget& widget);
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,112 @@
+#include "platforms/qt6/widgets/press_reaction.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QGraphicsView>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QTabBar>
+#include <QTextEdit>
+
+#include "platforms/qt6/widgets/label_link.h"
+#include "platforms/qt6/widgets/own_handlers.h"
+#include "platforms/qt6/widgets/widget_area.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+// Where a button can be pressed is for derived classes only.
+struct OpenButton : QAbstractButton {
+  static bool isHit(const QAbstractButton& button, QPoint point) {
+    return (button.*&OpenButton::hitButton)(point);
+  }
+};
+
+constexpr PressReaction reactsIf(bool reacts) {
+  return reacts ? PressReaction::reacts : PressReaction::passesOn;
+}
+
+constexpr PressReaction keepsUnless(bool reacts) {
+  return reacts ? PressReaction::reacts : PressReaction::keeps;
+}
+
+bool canBeChosen(const QAction* action) {
+  return action != nullptr && action->isEnabled() && !action->isSeparator();
+}
+
+PressReaction reactionOfText(Qt::TextInteractionFlags flags) {
+  return keepsUnless(flags != Qt::NoTextInteraction);
+}
+
+PressReaction reactionOfView(const QAbstractItemView& view, QPoint point) {
+  const QModelIndex index = view.indexAt(view.viewport()->mapFrom(&view, point));
+  return keepsUnless(index.isValid() && (index.flags() & Qt::ItemIsEnabled));
+}
+
+PressReaction reactionOfHeader(const QHeaderView& header, QPoint point) {
+  return keepsUnless(header.sectionsClickable() &&
+                     header.logicalIndexAt(header.viewport()->mapFrom(&header, point)) >= 0);
+}
+
+}  // namespace
+
+PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point) {
+  if (!widget.isEnabled()) {
+    return PressReaction::passesOn;
+  }
+  switch (kind) {
+    case WidgetKind::button:
+    case WidgetKind::toggle:
+      return reactsIf(OpenButton::isHit(static_cast<const QAbstractButton&>(widget), point));
+    case WidgetKind::slider: {
+      const auto& slider = static_cast<const QAbstractSlider&>(widget);
+      return reactsIf(slider.minimum() < slider.maximum());
+    }
+    case WidgetKind::lineEdit:
+    case WidgetKind::comboBox:
+    case WidgetKind::spinBox:
+      return PressReaction::reacts;
+    case WidgetKind::textEdit:
+      return reactionOfText(static_cast<const QTextEdit&>(widget).textInteractionFlags());
+    case WidgetKind::plainTextEdit:
+      return reactionOfText(static_cast<const QPlainTextEdit&>(widget).textInteractionFlags());
+    case WidgetKind::groupBox:
+      return reactsIf(static_cast<const QGroupBox&>(widget).isCheckable() &&
+                      areaOf(widget, kind).contains(point));
+    case WidgetKind::tabBar: {
+      const auto& bar = static_cast<const QTabBar&>(widget);
+      const int tab = bar.tabAt(point);
+      return keepsUnless(tab >= 0 && bar.isTabEnabled(tab));
+    }
+    case WidgetKind::menuBar:
+      return reactsIf(canBeChosen(static_cast<const QMenuBar&>(widget).actionAt(point)));
+    case WidgetKind::menu:
+      return keepsUnless(canBeChosen(static_cast<const QMenu&>(widget).actionAt(point)));
+    case WidgetKind::header:
+      return reactionOfHeader(static_cast<const QHeaderView&>(widget), point);
+    case WidgetKind::itemView:
+      return reactionOfView(static_cast<const QAbstractItemView&>(widget), point);
+    case WidgetKind::label:
+      if (hasLinkAt(static_cast<const QLabel&>(widget), point)) {
+        return PressReaction::reacts;
+      }
+      break;
+    default:
+      break;
+  }
+  if (const auto* const graphics = qobject_cast<const QGraphicsView*>(&widget)) {
+    if (graphics->isInteractive() &&
+        graphics->itemAt(graphics->viewport()->mapFrom(graphics, point)) != nullptr) {
+      return PressReaction::reacts;
+    }
+  }
+  return reactsIf(hasOwnPressHandler(widget));
+}
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QPoint>
+
+#include "platforms/qt6/widgets/widget_class.h"
+
+namespace tarnix::qt6 {
+
+/// What a widget makes of a press.
+enum class PressReaction {
+  /// Nothing: the widget around it is asked.
+  passesOn,
+  /// Nothing, and nobody else gets it.
+  keeps,
+  reacts,
+};
+
+/// What an enabled widget makes of a press at `point`, in its own coordinates. A disabled one
+/// passes everything on. Main thread.
+PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point);
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,129 @@
+#include "platforms/qt6/widgets/widget_responder.h"
+
+#include <QAbstractItemView>
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QComboBox>
+#include <QWindow>
+
+#include "platforms/qt6/shared/finger.h"
+#include "platforms/qt6/shared/keyboard.h"
+#include "platforms/qt6/shared/modality.h"
+#include "platforms/qt6/widgets/own_handlers.h"
+#include "platforms/qt6/widgets/press_reaction.h"
+#include "platforms/qt6/widgets/widget_scrolling.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+QWindow* windowOf(const QWidget* widget) {
+  return widget == nullptr ? nullptr : widget->window()->windowHandle();
+}
+
+QString textOf(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// Whether a key that is pressed while `widget` has the focus is taken by it or a widget around it.
+bool takesKeys(const QWidget& widget) {
+  // These look for what is typed among their rows.
+  if (qobject_cast<const QAbstractItemView*>(&widget) != nullptr ||
+      qobject_cast<const QComboBox*>(&widget) != nullptr) {
+    return true;
+  }
+  for (const QWidget* taker = &widget; taker != nullptr;
+       taker = taker->isWindow() ? nullptr : taker->parentWidget()) {
+    if (hasOwnKeyHandler(*taker)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+WidgetResponder::WidgetResponder(QWidget& widget, WidgetKind kind, QPoint point,
+                                 std::optional<bool> reacts)
+    : widget_(&widget), kind_(kind), point_(point), reacts_(reacts) {
+  text_.widget = &widget;
+  keys_.widget = &widget;
+}
+
+bool WidgetResponder::isUserInteractionEnabled() const {
+  const QWindow* const window = windowOf(widget_);
+  return widget_ != nullptr && widget_->isEnabled() && window != nullptr &&
+         !isBlockedByModal(*window);
+}
+
+bool WidgetResponder::isFirstResponder() const {
+  if (widget_ == nullptr || !widget_->isVisible()) {
+    return false;
+  }
+  const QWidget* const focused = widget_->window()->focusWidget();
+  if (focused != nullptr) {
+    return focused == widget_;
+  }
+  // Keys go to the window itself then; most do nothing with them.
+  return widget_->isWindow() && hasOwnKeyHandler(*widget_);
+}
+
+platform::Control* WidgetResponder::asControl() {
+  if (!isUserInteractionEnabled()) {
+    return nullptr;
+  }
+  const bool reacts =
+      reacts_ ? *reacts_ : reactionOf(*widget_, kind_, point_) == PressReaction::reacts;
+  return reacts ? this : nullptr;
+}
+
+platform::ScrollView* WidgetResponder::asScrollView() {
+  const auto* const area = qobject_cast<const QAbstractScrollArea*>(widget_.data());
+  return area != nullptr && isUserInteractionEnabled() && widget_scrolling::canScroll(*area)
+             ? this
+             : nullptr;
+}
+
+platform::TextInput* WidgetResponder::asTextInput() {
+  // Item views say that they edit text when the row they stand on could be edited.
+  return isUserInteractionEnabled() && kind_ != WidgetKind::itemView &&
+                 keyboard::editsText(*widget_)
+             ? &text_
+             : nullptr;
+}
+
+platform::KeyInput* WidgetResponder::asKeyInput() {
+  return isUserInteractionEnabled() && takesKeys(*widget_) ? &keys_ : nullptr;
+}
+
+void WidgetResponder::sendTouchUpInside() {
+  if (QWindow* const window = windowOf(widget_)) {
+    finger::tap(*window, widget_->mapTo(widget_->window(), point_));
+  }
+}
+
+platform::Point WidgetResponder::contentOffset() const {
+  const auto* const area = qobject_cast<const QAbstractScrollArea*>(widget_.data());
+  const QPointF offset = area == nullptr ? QPointF() : widget_scrolling::offset(*area);
+  return {offset.x(), offset.y()};
+}
+
+void WidgetResponder::setContentOffsetAnimated(platform::Point offset) {
+  if (auto* const area = qobject_cast<QAbstractScrollArea*>(widget_.data())) {
+    widget_scrolling::scrollTo(*area, {offset.x, offset.y});
+  }
+}
+
+void WidgetResponder::Text::insertText(std::string_view text) {
+  if (widget != nullptr && !text.empty()) {
+    keyboard::commit(*widget, textOf(text));
+  }
+}
+
+void WidgetResponder::Keys::insertText(std::string_view character) {
+  if (QWindow* const window = windowOf(widget)) {
+    keyboard::typeCharacter(*window, textOf(character));
+  }
+}
+
+}  // namespace tarnix::qt6

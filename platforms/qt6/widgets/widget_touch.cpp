@@ -1,0 +1,96 @@
+#include "platforms/qt6/widgets/widget_touch.h"
+
+#include <QWidget>
+#include <QWindow>
+#include <vector>
+
+#include "platforms/qt6/shared/touched_view.h"
+#include "platforms/qt6/widgets/embedded_scene.h"
+#include "platforms/qt6/widgets/press_reaction.h"
+#include "platforms/qt6/widgets/widget_class.h"
+#include "platforms/qt6/widgets/widget_responder.h"
+#include "platforms/qt6/widgets/widget_view.h"
+
+namespace tarnix::qt6 {
+
+namespace {
+
+QWidget* widgetAt(QWidget& window, QPoint point) {
+  if (QWidget* const child = window.childAt(point)) {
+    return child;
+  }
+  const QRegion mask = window.mask();
+  const bool isInside = mask.isEmpty() ? window.rect().contains(point) : mask.contains(point);
+  return isInside ? &window : nullptr;
+}
+
+/// From the window to `widget`.
+std::vector<QWidget*> pathTo(QWidget& widget, const QWidget& window) {
+  std::vector<QWidget*> path;
+  for (QWidget* step = &widget; step != nullptr; step = step->parentWidget()) {
+    path.insert(path.begin(), step);
+    if (step == &window) {
+      break;
+    }
+  }
+  return path;
+}
+
+/// The widget that a press reaches and makes react; null when there is none.
+const QWidget* reactingTo(const QWidget& window, const std::vector<QWidget*>& path, QPoint point) {
+  for (auto step = path.rbegin(); step != path.rend(); ++step) {
+    const QWidget& widget = **step;
+    switch (reactionOf(widget, classOf(widget).kind, widget.mapFrom(&window, point))) {
+      case PressReaction::reacts:
+        return &widget;
+      case PressReaction::keeps:
+        return nullptr;
+      case PressReaction::passesOn:
+        break;
+    }
+    if (widget.testAttribute(Qt::WA_NoMousePropagation)) {
+      return nullptr;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::shared_ptr<platform::View> touchedView(QWidget& window, const Surroundings& surroundings,
+                                            QPointF point, ViewSource& source) {
+  const QPoint inWindow = (point - surroundings.origin).toPoint();
+  QWidget* const touched = widgetAt(window, inWindow);
+  if (touched == nullptr) {
+    return nullptr;
+  }
+  const std::vector<QWidget*> path = pathTo(*touched, window);
+  const QWidget* const reacting = reactingTo(window, path, inWindow);
+  std::shared_ptr<WidgetView> step = std::make_shared<WidgetView>(
+      window, surroundings.origin, std::make_shared<const Surroundings>(surroundings), nullptr,
+      source);
+  std::shared_ptr<platform::View> result;
+  for (QWidget* widget : path) {
+    if (widget != &window) {
+      step = step->viewOfChild(*widget);
+    }
+    if (step == nullptr) {
+      return result;
+    }
+    const WidgetKind kind = classOf(*widget).kind;
+    result = std::make_shared<TouchedView>(
+        step, result,
+        std::make_shared<WidgetResponder>(*widget, kind, widget->mapFrom(&window, inWindow),
+                                          widget == reacting));
+  }
+  if (QWindow* const embedded = embeddedWindow(*touched, classOf(*touched).kind)) {
+    Surroundings inside = surroundings;
+    inside.origin += touched->mapTo(&window, QPointF(0, 0));
+    if (auto view = source.touchedView(*embedded, inside, point, result)) {
+      return view;
+    }
+  }
+  return result;
+}
+
+}  // namespace tarnix::qt6

@@ -1,0 +1,6 @@
+import QtQuick
+
+Rectangle {
+    color: "#dde"
+    Text { anchors.centerIn: parent; text: "Weekly" }
+}
