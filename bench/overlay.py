@@ -62,7 +62,7 @@ def measure(build, kind, renderer, name):
     for effect, frames in FRAMES.items():
         host.ask("show " + effect)
         cost = float(host.ask(f"pace {frames}"))
-        print(f"  {effect:12} {cost:6.2f} ms a frame, {cost / redrawn:5.2f} of redrawing")
+        print(f"  {effect:12} {cost:6.2f} ms a frame, {(cost - idle) / (redrawn - idle):5.2f} of redrawing")
     # The orb goes three seconds after the last effect.
     host.ask("pace 240")
     after = float(host.ask("pace 60"))

@@ -171,6 +171,20 @@ TEST(Qt6WidgetOverlay, IsNotInOurPictures) {
   EXPECT_TRUE(isRed(form->grab().toImage(), {175, 125}));
 }
 
+TEST(Qt6WidgetOverlay, LeavesAWindowThatIsHidden) {
+  const auto behind = shown(std::make_unique<Form>());
+  const auto form = shown(std::make_unique<Form>());
+  const qsizetype childrenBefore = form->children().size();
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  EXPECT_TRUE(form->windowHandle()->property(qt6::overlayPaneProperty).isValid());
+  form->hide();
+  pumpUntil([&] { return behind->isActiveWindow(); });
+  overlay.show(squareAt({150, 100}));
+  EXPECT_FALSE(form->windowHandle()->property(qt6::overlayPaneProperty).isValid());
+  EXPECT_EQ(form->children().size(), childrenBefore);
+}
+
 TEST(Qt6WidgetOverlay, SurvivesItsWindow) {
   auto form = shown(std::make_unique<Form>());
   Overlay overlay;

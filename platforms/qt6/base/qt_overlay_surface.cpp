@@ -27,11 +27,7 @@ bool touches(const platform::DisplayList& list, const QRectF& area) {
 }  // namespace
 
 QtOverlaySurface::~QtOverlaySurface() {
-  for (const PlacedPane& placed : panes_) {
-    if (placed.window != nullptr) {
-      placed.window->setProperty(overlayPaneProperty, QVariant());
-    }
-  }
+  removePanes([](QWindow*) { return true; });
 }
 
 std::optional<platform::OverlaySurface::Place> QtOverlaySurface::place() {
@@ -62,13 +58,11 @@ void QtOverlaySurface::show(const platform::DisplayList& list) {
   const auto shared = std::make_shared<const platform::DisplayList>(list);
   QList<QWindow*> windows = knowsPlaces() ? WindowOrder::windows() : QList<QWindow*>{front_};
   windows += WindowOrder::popups();
-  std::erase_if(panes_, [&windows](const PlacedPane& placed) {
-    return placed.window == nullptr || !windows.contains(placed.window);
-  });
+  removePanes([&windows](QWindow* window) { return !windows.contains(window); });
   for (QWindow* window : std::as_const(windows)) {
     const QPointF origin = origin_ - globalOrigin(*window);
     if (!touches(list, QRectF(-origin, window->size()))) {
-      removePane(window);
+      removePanes([window](const QWindow* each) { return each == window; });
     } else if (OverlayPane* const pane = paneOver(*window)) {
       pane->show(shared, origin);
     }
@@ -90,11 +84,15 @@ OverlayPane* QtOverlaySurface::paneOver(QWindow& window) {
   return panes_.emplace_back(PlacedPane{&window, std::move(pane)}).pane.get();
 }
 
-void QtOverlaySurface::removePane(const QWindow* window) {
-  std::erase_if(panes_, [window](const PlacedPane& placed) {
-    if (placed.window != window) {
+void QtOverlaySurface::removePanes(const std::function<bool(QWindow*)>& isToGo) {
+  std::erase_if(panes_, [&isToGo](const PlacedPane& placed) {
+    if (placed.window == nullptr) {
+      return true;
+    }
+    if (!isToGo(placed.window)) {
       return false;
     }
+    // A window that is hidden may be shown again.
     placed.window->setProperty(overlayPaneProperty, QVariant());
     return true;
   });

@@ -3,6 +3,7 @@
 #include <QPointF>
 #include <QPointer>
 #include <QWindow>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -31,7 +32,7 @@ class QtOverlaySurface : public platform::OverlaySurface {
   };
 
   OverlayPane* paneOver(QWindow& window);
-  void removePane(const QWindow* window);
+  void removePanes(const std::function<bool(QWindow*)>& isToGo);
 
   QPointer<QWindow> front_;
   /// On the desktop; of the window in front when it was looked at last.

@@ -67,10 +67,14 @@ bool OverlayWidget::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void OverlayWidget::show(std::shared_ptr<const platform::DisplayList> list, QPointF origin) {
+  const QWidget* const host = parentWidget();
+  if (host == nullptr) {
+    // The host has put all its children out.
+    return;
+  }
   const QRegion before = area();
   list_ = std::move(list);
   origin_ = origin;
-  const QWidget* const host = parentWidget();
   if (geometry() != host->rect()) {
     setGeometry(host->rect());
   }

@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -177,11 +178,9 @@ Item {
 };
 
 void letPass(int milliseconds) {
-  QElapsedTimer timer;
-  timer.start();
-  while (!timer.hasExpired(milliseconds)) {
-    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-  }
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+  loop.exec();
 }
 
 /// What was asked to be drawn has come to the screen.
