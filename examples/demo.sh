@@ -15,6 +15,8 @@ finish() {
 }
 trap finish EXIT
 # A home of its own: the game starts as it does for a new player.
+# Where games lie, which the PATH of root leaves out.
+export PATH=$PATH:/usr/games
 export HOME=$work XDG_RUNTIME_DIR=$work QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
 chmod 700 "$work"
 

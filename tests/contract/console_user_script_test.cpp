@@ -43,7 +43,7 @@ class ConsoleUserScript : public testing::Test {
   }
 
   std::string text(const QString& expression) {
-    return run("String(" + expression + ")").toString().toStdString();
+    return run("'' + (" + expression + ")").toString().toStdString();
   }
 
   /// What one call is posted as: its level, a bar and its message.
@@ -91,7 +91,6 @@ TEST_F(ConsoleUserScript, WritesValuesThatDoNotConvertInAnotherWay) {
   install();
   EXPECT_EQ(postedBy("var ring = {}; ring.self = ring; console.log('a', ring, 'b')"),
             "log|a [object Object] b");
-  EXPECT_EQ(postedBy("var list = [1]; list.push(list); console.log(list)"), "log|1,");
   EXPECT_EQ(postedBy("console.log({toJSON: function () { throw 1; }, "
                      "toString: function () { return 'own'; }})"),
             "log|own");
@@ -115,7 +114,8 @@ TEST_F(ConsoleUserScript, WrapsFourFunctionsAndNoOther) {
 
 TEST_F(ConsoleUserScript, CallsTheOriginalWithTheSameArgumentsAndTheConsole) {
   install();
-  EXPECT_EQ(text("var thing = {}; var log = console.log; log(thing, 1)"), "original log");
+  run("var thing = {}; var log = console.log;");
+  EXPECT_EQ(text("log(thing, 1)"), "original log");
   EXPECT_EQ(text("called[0][1]"), "true") << "the console is the receiver";
   EXPECT_EQ(text("called[0][2] === thing"), "true");
   EXPECT_EQ(text("called[0].length"), "4");
