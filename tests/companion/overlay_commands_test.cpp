@@ -1,10 +1,9 @@
-#include "probe/model/overlay_command.h"
-
 #include <gtest/gtest.h>
 
 #include <future>
 
 #include "companion/command/exit_code.h"
+#include "probe/model/overlay_command.h"
 #include "tests/companion/program_run.h"
 #include "tests/companion/scripted_server.h"
 

@@ -424,10 +424,9 @@ void showMany() {
 
 bool showWidgetPage(const QString& name) {
   static const std::map<QString, std::function<void()>> pages = {
-      {"labels", showLabelsNearby},
-      {"controls", showControls}, {"views", showViews},    {"containers", showContainers},
-      {"menu", showMenu},         {"combo", showComboBox}, {"dialog", showDialog},
-      {"quick", showQuick},       {"many", showMany},
+      {"labels", showLabelsNearby},   {"controls", showControls}, {"views", showViews},
+      {"containers", showContainers}, {"menu", showMenu},         {"combo", showComboBox},
+      {"dialog", showDialog},         {"quick", showQuick},       {"many", showMany},
   };
   const auto page = pages.find(name);
   if (page == pages.end()) {
