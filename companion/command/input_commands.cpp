@@ -88,6 +88,9 @@ ExitCode runSteps(const CommandOptions& options, const std::string& file) {
   StepRunner runner(std::get<HostSession>(session).client, options);
   for (const Step& step : std::get<std::vector<Step>>(steps)) {
     const StepRunner::Result result = runner.run(step);
+    if (std::holds_alternative<WaitStep>(step)) {
+      runner.showVerdict(step, result);
+    }
     const ExitCode shown = show(step, result, options);
     if (result.code != ExitCode::success || shown != ExitCode::success) {
       return result.code != ExitCode::success ? result.code : shown;

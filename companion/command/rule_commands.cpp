@@ -1,7 +1,10 @@
 #include <fmt/format.h>
+#include <unicode/regex.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <utility>
 
@@ -29,6 +32,27 @@ ExitCode deliverRecord(const CommandOptions& options, CompanionMessageType type,
       CompanionMessage::make(type, record, Timestamp::from(std::chrono::system_clock::now()));
   return command ? deliver(options, *command, repetition)
                  : report(ExitCode::usage, "what is to be sent must be UTF-8 text.", options);
+}
+
+/// Why a rule would never fit; empty when it may. The probe answers nothing, and a rule that it
+/// cannot use is silent.
+template <class Options>
+std::string mistakeIn(const Options& rule) {
+  if (rule.mode == "regex") {
+    UErrorCode error = U_ZERO_ERROR;
+    UParseError place{};
+    const std::unique_ptr<icu::RegexPattern> pattern(
+        icu::RegexPattern::compile(icu::UnicodeString::fromUTF8(rule.pattern), 0, place, error));
+    if (U_FAILURE(error)) {
+      return fmt::format("\"{}\" is no regular expression: character {} cannot stand there.",
+                         printable(rule.pattern), place.offset);
+    }
+  }
+  const auto isInToken = [](char letter) { return letter > ' ' && letter < '\x7f'; };
+  if (rule.method && !std::all_of(rule.method->begin(), rule.method->end(), isInToken)) {
+    return fmt::format("\"{}\" is no method.", printable(*rule.method));
+  }
+  return {};
 }
 
 /// The body as given, or what the file holds that "@FILE" names.
@@ -69,6 +93,9 @@ ExitCode removeRule(const CommandOptions& options, CompanionMessageType type,
 }  // namespace
 
 ExitCode runMockAdd(const CommandOptions& options, const MockOptions& mock) {
+  if (const std::string mistake = mistakeIn(mock); !mistake.empty()) {
+    return report(ExitCode::usage, mistake, options);
+  }
   AddMockCmd command;
   const Uuid id = Uuid::random();
   command.ruleId = id.toString();
@@ -103,6 +130,9 @@ ExitCode runMockAdd(const CommandOptions& options, const MockOptions& mock) {
 }
 
 ExitCode runInterceptAdd(const CommandOptions& options, const InterceptOptions& intercept) {
+  if (const std::string mistake = mistakeIn(intercept); !mistake.empty()) {
+    return report(ExitCode::usage, mistake, options);
+  }
   AddInterceptCmd command;
   const Uuid id = Uuid::random();
   command.ruleId = id.toString();

@@ -8,6 +8,7 @@
 
 #include "companion/command/screen_elements.h"
 #include "probe/model/input_result.h"
+#include "probe/model/overlay_command.h"
 #include "probe/model/screen_html_response.h"
 #include "probe/model/swipe_command.h"
 #include "probe/model/tap_command.h"
@@ -89,6 +90,18 @@ Result StepRunner::run(const Step& step) {
         }
       },
       step);
+}
+
+void StepRunner::showVerdict(const Step& step, const Result& result) {
+  const std::optional<CompanionMessage> message =
+      CompanionMessage::make(CompanionMessageType::commandShowOverlay,
+                             OverlayCommand{.category = "verify",
+                                            .detail = describe(step),
+                                            .passed = result.code == ExitCode::success},
+                             Timestamp::from(std::chrono::system_clock::now()));
+  if (message) {
+    static_cast<void>(client_.send(*message, deadline()));
+  }
 }
 
 template <class Command>

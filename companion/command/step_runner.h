@@ -25,6 +25,9 @@ class StepRunner {
 
   Result run(const Step& step);
 
+  /// Shows over the host how `step` went, for whoever looks at it. Not awaited: it is no step.
+  void showVerdict(const Step& step, const Result& result);
+
  private:
   Result tap(const TapStep& step);
   Result swipe(const SwipeStep& step);

@@ -29,9 +29,10 @@ void addWatch(CLI::App& app, CommandOptions& options, const SetAction& does) {
       "The command waits for the application when it is started again, and ends with Ctrl-C.");
   command->add_option("--only-host", watch->hosts, "Only hosts with this in their name")
       ->type_name("TEXT");
-  command->add_option("--only-method", watch->methods, "Only this method")->type_name("METHOD");
+  command->add_option("--only-method,--method", watch->methods, "Only this method")
+      ->type_name("METHOD");
   command
-      ->add_option("--only-status", watch->statuses,
+      ->add_option("--only-status,--status", watch->statuses,
                    "Only these: a code, 4xx, 200-299, or error where no response came")
       ->type_name("STATUS");
   command->add_flag("--body", watch->body, "Show headers and bodies too");

@@ -7,6 +7,7 @@
 #include "companion/command/step_file.h"
 #include "probe/link/json_codec.h"
 #include "probe/model/input_result.h"
+#include "probe/model/overlay_command.h"
 #include "probe/model/screen_html_response.h"
 #include "tests/companion/program_run.h"
 #include "tests/companion/scripted_server.h"
@@ -169,11 +170,11 @@ TEST(InputCommands, WaitForWhatTheScreenShows) {
             0);
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{"--text", "Bob"}, {"--gone", "Ada"}, {"--screen", "Away"}}) {
-    std::vector<std::string> all = {"wait", "--timeout", "0.3"};
+    std::vector<std::string> all = {"wait", "--timeout", "2"};
     all.insert(all.end(), arguments.begin(), arguments.end());
     const ProgramResult result = act(server, all);
     EXPECT_EQ(result.exitCode(), static_cast<int>(ExitCode::negative)) << result.errors;
-    EXPECT_NE(result.errors.find("within 0.3 s"), std::string::npos) << result.errors;
+    EXPECT_NE(result.errors.find("within 2 s"), std::string::npos) << result.errors;
   }
 }
 
@@ -203,6 +204,29 @@ TEST(InputCommands, DoWhatAFileSaysUntilAStepFails) {
   const ProgramResult json = act(server, {"do", file, "--json"});
   EXPECT_TRUE(json.output.starts_with(R"({"step":"tap \"Save\"","success":true,"message":)"))
       << json.output;
+}
+
+TEST(InputCommands, ShowOverTheHostWhetherAWaitPassed) {
+  const TemporaryFolder folder;
+  const std::string file = (folder / "steps.yaml").string();
+  std::ofstream(file) << "- wait: {text: Ada}\n- wait: {text: Bob, within: 1}\n";
+  std::vector<OverlayCommand> shown;
+  {
+    const ScriptedServer server({[&shown](ScriptedPeer& peer) {
+      peer.sendFullSync();
+      while (const auto message = peer.receive()) {
+        if (message->type == CompanionMessageType::commandShowOverlay) {
+          shown.push_back(message->decode<OverlayCommand>().value());
+        } else {
+          peer.send(CompanionMessageType::responseScreenHTML,
+                    encodeJson(ScreenHTMLResponse{"Home", document, 6}).value());
+        }
+      }
+    }});
+    EXPECT_EQ(act(server, {"do", file}).exitCode(), static_cast<int>(ExitCode::negative));
+  }
+  EXPECT_EQ(shown, (std::vector<OverlayCommand>{{"verify", "wait for \"Ada\"", true},
+                                                {"verify", "wait for \"Bob\"", false}}));
 }
 
 TEST(InputCommands, RefuseFilesThatCannotBeUsed) {

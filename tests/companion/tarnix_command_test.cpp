@@ -99,6 +99,19 @@ TEST(TarnixCommand, RefusesWrongUsage) {
   }
 }
 
+TEST(TarnixCommand, RefusesRulesThatWouldNeverFit) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> refused = {
+      {{"mock", "add", "(", "--match", "regex"}, "\"(\" is no regular expression: character 1"},
+      {{"intercept", "add", "[a", "--match", "regex"}, "\"[a\" is no regular expression"},
+      {{"mock", "add", "/cart", "--method", "G T"}, "\"G T\" is no method."},
+  };
+  for (const auto& [arguments, explanation] : refused) {
+    const ProgramResult result = tarnix(arguments);
+    expectExit(ExitCode::usage, result);
+    EXPECT_NE(result.errors.find(explanation), std::string::npos) << result.errors;
+  }
+}
+
 TEST(TarnixCommand, SaysWhatIsWrongWithACommandLine) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> explained = {
       {{"--pid", "3", "html"},
