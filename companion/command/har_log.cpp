@@ -47,8 +47,10 @@ void forEachLine(std::string_view text, Use use) {
 
 std::vector<NameValue> listOf(const Headers& headers) {
   std::vector<NameValue> list;
-  for (const auto& [name, value] : headers) {
-    forEachLine(value, [&](std::string_view line) { list.push_back({name, std::string(line)}); });
+  for (const auto& header : headers) {
+    forEachLine(header.second, [&](std::string_view line) {
+      list.push_back({header.first, std::string(line)});
+    });
   }
   return list;
 }
