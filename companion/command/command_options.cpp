@@ -45,4 +45,12 @@ void addTargetOptions(CLI::App& command, CommandOptions& options) {
       ->excludes(port);
 }
 
+CLI::App* addHostCommand(CLI::App& parent, const std::string& name, const std::string& description,
+                         CommandOptions& options) {
+  CLI::App* command = parent.add_subcommand(name, description);
+  addTargetOptions(*command, options);
+  addOutputOptions(*command, options);
+  return command;
+}
+
 }  // namespace tarnix::companion

@@ -35,4 +35,8 @@ void addOutputOptions(CLI::App& command, CommandOptions& options);
 /// --port, --host, --pid and --name.
 void addTargetOptions(CLI::App& command, CommandOptions& options);
 
+/// A command about one application, with both kinds of options.
+CLI::App* addHostCommand(CLI::App& parent, const std::string& name, const std::string& description,
+                         CommandOptions& options);
+
 }  // namespace tarnix::companion

@@ -4,30 +4,16 @@
 
 #include <array>
 #include <charconv>
-#include <chrono>
-#include <ctime>
 #include <optional>
 
 #include "companion/output/display_text.h"
+#include "companion/output/time_of_day.h"
 #include "probe/link/json_codec.h"
+#include "probe/model/body_limits.h"
 #include "probe/model/mime_type.h"
 
 namespace tarnix::companion {
 namespace {
-
-/// Of a response body the probe keeps so much.
-constexpr std::size_t keptResponseBytes = 4'096;
-
-std::string timeOfDay(Timestamp timestamp) {
-  const auto time = timestamp.toTimePoint();
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
-  std::tm local{};
-  localtime_r(&seconds, &local);
-  const auto fraction = std::chrono::floor<std::chrono::milliseconds>(
-      time - std::chrono::floor<std::chrono::seconds>(time));
-  return fmt::format("{:02}:{:02}:{:02}.{:03}", local.tm_hour, local.tm_min, local.tm_sec,
-                     fraction.count());
-}
 
 std::string durationText(double seconds) {
   if (seconds < 10) {
@@ -56,7 +42,7 @@ std::string sizeOf(const TransferableNetworkRequest& exchange) {
   if (!exchange.statusCode) {
     return "-";
   }
-  return (kept >= keptResponseBytes ? ">" : "") + sizeText(kept);
+  return (kept >= responseBodyLimit ? ">" : "") + sizeText(kept);
 }
 
 std::string statusOf(const TransferableNetworkRequest& exchange, const Terminal& terminal) {

@@ -81,17 +81,21 @@ std::variant<HostSession, ExitCode> openSession(const CommandOptions& options, D
   return HostSession{std::move(chosen), std::move(*client)};
 }
 
-ExitCode report(const ClientError& error, const CommandOptions& options) {
+ExitCode exitCodeOf(const ClientError& error) {
   switch (error.kind) {
     case ClientError::Kind::unreachable:
     case ClientError::Kind::dropped:
-      return report(ExitCode::connectionFailed, error.message, options);
+      return ExitCode::connectionFailed;
     case ClientError::Kind::noAnswer:
-      return report(ExitCode::noAnswer, error.message, options);
+      return ExitCode::noAnswer;
     case ClientError::Kind::notUnderstood:
       break;
   }
-  return report(ExitCode::notUnderstood, error.message, options);
+  return ExitCode::notUnderstood;
+}
+
+ExitCode report(const ClientError& error, const CommandOptions& options) {
+  return report(exitCodeOf(error), error.message, options);
 }
 
 ExitCode report(ExitCode code, const std::string& message, const CommandOptions& options) {

@@ -27,6 +27,9 @@ struct HostSession {
 /// error and answers with how the program is to end.
 std::variant<HostSession, ExitCode> openSession(const CommandOptions& options, Deadline deadline);
 
+/// How the program is to end that could go no further for `error`.
+ExitCode exitCodeOf(const ClientError& error);
+
 /// Says on standard error what went wrong, and answers with how the program is to end.
 ExitCode report(const ClientError& error, const CommandOptions& options);
 ExitCode report(ExitCode code, const std::string& message, const CommandOptions& options);

@@ -13,10 +13,8 @@ constexpr const char* jsonHelp = "--json prints {\"step\", \"success\", \"messag
 
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
                      CommandOptions& options) {
-  CLI::App* command = app.add_subcommand(name, description);
+  CLI::App* command = addHostCommand(app, name, description, options);
   command->footer(std::string(jsonHelp) + ".");
-  addTargetOptions(*command, options);
-  addOutputOptions(*command, options);
   return command;
 }
 

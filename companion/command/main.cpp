@@ -80,17 +80,14 @@ int parseAndRun(int argumentCount, char** arguments) {
   does(list, [&options] { return runList(options); });
 
   CLI::App* syncCommand =
-      app.add_subcommand("sync", "Show what an application's probe has captured so far");
+      addHostCommand(app, "sync", "Show what an application's probe has captured so far", options);
   syncCommand->footer("--json prints the payload of the probe's message \"sync.full\".");
-  addTargetOptions(*syncCommand, options);
-  addOutputOptions(*syncCommand, options);
   syncCommand->add_flag("--all", sync.all, "Show every request and log line");
   does(syncCommand, [&options, &sync] { return runSync(options, sync); });
 
-  CLI::App* htmlCommand = app.add_subcommand("html", "Read an application's screen as HTML");
+  CLI::App* htmlCommand =
+      addHostCommand(app, "html", "Read an application's screen as HTML", options);
   htmlCommand->footer("--json prints {\"screen\", \"html\", \"elementCount\"}.");
-  addTargetOptions(*htmlCommand, options);
-  addOutputOptions(*htmlCommand, options);
   htmlCommand->add_option("-o,--output", html.file, "Write the document to this file")
       ->type_name("FILE");
   does(htmlCommand, [&options, &html] { return runHtml(options, html); });

@@ -35,9 +35,7 @@ struct Words {
 void addEffect(CLI::App& overlay, const Effect& effect, CommandOptions& options,
                const std::function<void(CLI::App*, std::function<ExitCode()>)>& does) {
   const auto words = std::make_shared<Words>();
-  CLI::App* command = overlay.add_subcommand(effect.name, effect.description);
-  addTargetOptions(*command, options);
-  addOutputOptions(*command, options);
+  CLI::App* command = addHostCommand(overlay, effect.name, effect.description, options);
   if (effect.detail != nullptr) {
     command->add_option("DETAIL", words->detail, effect.detail);
   }
@@ -73,9 +71,8 @@ void addOverlayCommands(CLI::App& app, CommandOptions& options,
   for (const Effect& effect : effects) {
     addEffect(*overlay, effect, options, does);
   }
-  CLI::App* hide = overlay->add_subcommand("hide", "Let the name of the tool go that is shown");
-  addTargetOptions(*hide, options);
-  addOutputOptions(*hide, options);
+  CLI::App* hide =
+      addHostCommand(*overlay, "hide", "Let the name of the tool go that is shown", options);
   does(hide, [&options] { return runHideOverlay(options); });
 }
 

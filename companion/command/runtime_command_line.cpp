@@ -19,10 +19,9 @@ void addRuntimeCommands(CLI::App& app, CommandOptions& options,
                         const std::function<void(CLI::App*, std::function<ExitCode()>)>& does) {
   const auto logs = std::make_shared<LogsOptions>();
   logs->newest = newestShown;
-  CLI::App* logsCommand = app.add_subcommand("logs", "Show what an application writes to its log");
+  CLI::App* logsCommand =
+      addHostCommand(app, "logs", "Show what an application writes to its log", options);
   logsCommand->footer("--json prints each line as the probe sends it, one on a line.");
-  addTargetOptions(*logsCommand, options);
-  addOutputOptions(*logsCommand, options);
   logsCommand->add_flag("-f,--follow", logs->follow, "Go on with new lines, until Ctrl-C");
   addLogFilterOptions(*logsCommand, logs->filter);
   logsCommand

@@ -15,10 +15,8 @@ constexpr double longestInterval = 86'400;
 
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description, const char* footer,
                      CommandOptions& options) {
-  CLI::App* command = app.add_subcommand(name, description);
+  CLI::App* command = addHostCommand(app, name, description, options);
   command->footer(footer);
-  addTargetOptions(*command, options);
-  addOutputOptions(*command, options);
   return command;
 }
 

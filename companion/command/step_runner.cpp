@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "companion/command/host_session.h"
 #include "companion/command/screen_elements.h"
 #include "probe/model/input_result.h"
 #include "probe/model/overlay_command.h"
@@ -26,20 +27,7 @@ constexpr auto pauseBetweenLooks = 100ms;
 constexpr const char* otherVersion =
     "the answer was not understood. Are `tarnix` and the probe of one version?";
 
-ExitCode codeOf(const ClientError& error) {
-  switch (error.kind) {
-    case ClientError::Kind::unreachable:
-    case ClientError::Kind::dropped:
-      return ExitCode::connectionFailed;
-    case ClientError::Kind::noAnswer:
-      return ExitCode::noAnswer;
-    case ClientError::Kind::notUnderstood:
-      break;
-  }
-  return ExitCode::notUnderstood;
-}
-
-Result failed(const ClientError& error) { return {codeOf(error), error.message}; }
+Result failed(const ClientError& error) { return {exitCodeOf(error), error.message}; }
 
 /// The screen, or why it cannot be read.
 std::variant<ScreenHTMLResponse, Result> screenOf(CompanionClient& client, Deadline deadline) {

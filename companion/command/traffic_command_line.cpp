@@ -10,17 +10,9 @@
 namespace tarnix::companion {
 namespace {
 
-CLI::App* addCommand(CLI::App& parent, const char* name, const char* description,
-                     CommandOptions& options) {
-  CLI::App* command = parent.add_subcommand(name, description);
-  addTargetOptions(*command, options);
-  addOutputOptions(*command, options);
-  return command;
-}
-
 void addWatch(CLI::App& app, CommandOptions& options, const SetAction& does) {
   const auto watch = std::make_shared<WatchOptions>();
-  CLI::App* command = addCommand(
+  CLI::App* command = addHostCommand(
       app, "watch", "Show an application's HTTP exchanges and log as they happen", options);
   command->footer(
       "For example, what fails on one server, with headers and bodies:\n"
@@ -70,7 +62,7 @@ CLI::App* addRuleCommand(CLI::App& app, const char* name, const char* descriptio
 void addRemove(CLI::App& parent, CommandOptions& options, const SetAction& does,
                ExitCode (*remove)(const CommandOptions&, const std::string&)) {
   const auto id = std::make_shared<std::string>();
-  CLI::App* command = addCommand(parent, "remove", "Take a rule away", options);
+  CLI::App* command = addHostCommand(parent, "remove", "Take a rule away", options);
   command->add_option("RULE", *id, "The identifier that `add` printed")->required();
   does(command, [&options, id, remove] { return remove(options, *id); });
 }
@@ -79,7 +71,7 @@ void addMock(CLI::App& app, CommandOptions& options, const SetAction& does) {
   CLI::App* parent =
       addRuleCommand(app, "mock", "Answer an application's requests in place of the network");
   const auto mock = std::make_shared<MockOptions>();
-  CLI::App* add = addCommand(*parent, "add", "Add a rule; the first that fits counts", options);
+  CLI::App* add = addHostCommand(*parent, "add", "Add a rule; the first that fits counts", options);
   add->footer(
       "For example, to see what an application makes of an empty list, and of a broken server:\n"
       "  tarnix mock add /api/articles --method GET --body '[]'\n"
@@ -103,7 +95,8 @@ void addMock(CLI::App& app, CommandOptions& options, const SetAction& does) {
 void addIntercept(CLI::App& app, CommandOptions& options, const SetAction& does) {
   CLI::App* parent = addRuleCommand(app, "intercept", "Have an application's requests fail");
   const auto intercept = std::make_shared<InterceptOptions>();
-  CLI::App* add = addCommand(*parent, "add", "Add a rule; a mock that fits comes first", options);
+  CLI::App* add =
+      addHostCommand(*parent, "add", "Add a rule; a mock that fits comes first", options);
   add->footer(
       "For example, to see what an application does without one of its servers:\n"
       "  tarnix intercept add https://cdn.example.org/ --match prefix\n\n"
@@ -122,17 +115,17 @@ void addTrafficCommands(CLI::App& app, CommandOptions& options, const SetAction&
   addIntercept(app, options, does);
 
   CLI::App* clear =
-      addCommand(app, "clear", "Forget what an application's probe has captured", options);
+      addHostCommand(app, "clear", "Forget what an application's probe has captured", options);
   does(clear, [&options] { return runClear(options); });
 
   const auto url = std::make_shared<std::string>();
-  CLI::App* open = addCommand(app, "open", "Open a URL inside an application", options);
+  CLI::App* open = addHostCommand(app, "open", "Open a URL inside an application", options);
   open->add_option("URL", *url, "Handlers that the application registered come first")->required();
   does(open, [&options, url] { return runOpen(options, *url); });
 
   const auto file = std::make_shared<std::string>();
   CLI::App* har =
-      addCommand(app, "har", "Write the exchanges that were kept as an HTTP archive", options);
+      addHostCommand(app, "har", "Write the exchanges that were kept as an HTTP archive", options);
   har->add_option("FILE", *file, "Where to; - for standard output")->required();
   does(har, [&options, file] { return runHar(options, *file); });
 }

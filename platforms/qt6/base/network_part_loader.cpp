@@ -1,8 +1,6 @@
 #include "platforms/qt6/base/network_part_loader.h"
 
-#include <dlfcn.h>
-
-#include "platforms/qt6/base/module_folder.h"
+#include "platforms/qt6/base/part_module.h"
 
 namespace tarnix::qt6 {
 
@@ -34,9 +32,7 @@ void NetworkPartLoader::sessionWasMade() { shared().load(); }
 void NetworkPartLoader::load() noexcept {
   std::call_once(loaded_, [this]() noexcept {
     try {
-      void* const module =
-          dlopen((moduleFolder() + fileName).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-      void* const entry = module == nullptr ? nullptr : dlsym(module, networkPartEntryName);
+      void* const entry = loadPart(fileName, networkPartEntryName);
       if (entry != nullptr) {
         reinterpret_cast<NetworkPartEntry>(entry)(&context_);
       }

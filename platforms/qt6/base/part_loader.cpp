@@ -1,9 +1,8 @@
 #include "platforms/qt6/base/part_loader.h"
 
-#include <dlfcn.h>
 #include <link.h>
 
-#include "platforms/qt6/base/module_folder.h"
+#include "platforms/qt6/base/part_module.h"
 
 namespace tarnix::qt6 {
 
@@ -21,15 +20,6 @@ unsigned long long librariesAdded() {
   return result;
 }
 
-bool isLoaded(const char* library) {
-  void* const handle = dlopen(library, RTLD_LAZY | RTLD_NOLOAD);
-  if (handle == nullptr) {
-    return false;
-  }
-  dlclose(handle);
-  return true;
-}
-
 }  // namespace
 
 PartLoader& PartLoader::shared() {
@@ -45,9 +35,9 @@ void PartLoader::update() {
     return;
   }
   for (Candidate& candidate : candidates_) {
-    if (!candidate.isSettled && isLoaded(candidate.hostLibrary)) {
+    if (!candidate.isSettled && isLibraryLoaded(candidate.hostLibrary)) {
       candidate.isSettled = true;
-      if (UserInterfacePart* part = load(moduleFolder() + candidate.fileName)) {
+      if (UserInterfacePart* part = load(candidate.fileName)) {
         add(part);
       }
     }
@@ -56,9 +46,8 @@ void PartLoader::update() {
   librariesSeen_ = added;
 }
 
-UserInterfacePart* PartLoader::load(const std::string& fileName) {
-  void* const module = dlopen(fileName.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-  void* const entry = module == nullptr ? nullptr : dlsym(module, userInterfacePartEntryName);
+UserInterfacePart* PartLoader::load(const char* fileName) {
+  void* const entry = loadPart(fileName, userInterfacePartEntryName);
   // Without the part its windows are shown without content.
   return entry == nullptr ? nullptr : reinterpret_cast<UserInterfacePartEntry>(entry)(this);
 }

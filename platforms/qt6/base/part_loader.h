@@ -32,7 +32,7 @@ class PartLoader : public ViewSource {
 
  private:
   PartLoader() = default;
-  UserInterfacePart* load(const std::string& fileName);
+  UserInterfacePart* load(const char* fileName);
 
   struct Candidate {
     const char* hostLibrary;

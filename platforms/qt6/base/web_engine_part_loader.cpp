@@ -1,11 +1,8 @@
 #include "platforms/qt6/base/web_engine_part_loader.h"
 
-#include <dlfcn.h>
 #include <unistd.h>
 
-#include <string>
-
-#include "platforms/qt6/base/module_folder.h"
+#include "platforms/qt6/base/part_module.h"
 #include "platforms/qt6/base/qt_web_view_class.h"
 
 namespace tarnix::qt6 {
@@ -13,17 +10,7 @@ namespace tarnix::qt6 {
 namespace {
 
 constexpr const char* engineLibrary = "libQt6WebEngineCore.so.6";
-
-std::string partPath() { return moduleFolder() + "libtarnixprobe-qt6-webengine.so"; }
-
-bool isEngineLoaded() {
-  void* const handle = dlopen(engineLibrary, RTLD_LAZY | RTLD_NOLOAD);
-  if (handle == nullptr) {
-    return false;
-  }
-  dlclose(handle);
-  return true;
-}
+constexpr const char* fileName = "libtarnixprobe-qt6-webengine.so";
 
 }  // namespace
 
@@ -32,7 +19,7 @@ WebEnginePartLoader& WebEnginePartLoader::shared() {
   return instance;
 }
 
-bool WebEnginePartLoader::isPartThere() { return access(partPath().c_str(), R_OK) == 0; }
+bool WebEnginePartLoader::isPartThere() { return access(partPath(fileName).c_str(), R_OK) == 0; }
 
 void WebEnginePartLoader::start(InterposedCalls* calls) {
   context_.initialiser = &QtWebViewClass::shared().initialiser();
@@ -45,7 +32,7 @@ void WebEnginePartLoader::start(InterposedCalls* calls) {
 void WebEnginePartLoader::update() noexcept {
   try {
     const std::lock_guard guard(lock_);
-    if (!hasTried_ && isEngineLoaded()) {
+    if (!hasTried_ && isLibraryLoaded(engineLibrary)) {
       hasTried_ = true;
       load();
     }
@@ -58,9 +45,7 @@ void WebEnginePartLoader::update() noexcept {
 }
 
 void WebEnginePartLoader::load() {
-  void* const part = dlopen(partPath().c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-  void* const entry = part == nullptr ? nullptr : dlsym(part, webEnginePartEntryName);
-  entry_ = reinterpret_cast<WebEnginePartEntry>(entry);
+  entry_ = reinterpret_cast<WebEnginePartEntry>(loadPart(fileName, webEnginePartEntryName));
 }
 
 }  // namespace tarnix::qt6

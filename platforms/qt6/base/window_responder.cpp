@@ -20,8 +20,7 @@ void WindowResponder::sendTouchUpInside() {
 
 void WindowResponder::insertText(std::string_view character) {
   if (window_ != nullptr) {
-    keyboard::typeCharacter(
-        *window_, QString::fromUtf8(character.data(), static_cast<qsizetype>(character.size())));
+    keyboard::typeCharacter(*window_, character);
   }
 }
 

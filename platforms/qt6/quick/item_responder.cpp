@@ -30,10 +30,6 @@ struct ShownWindow {
   QPoint offset;
 };
 
-QString textOf(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 class TapRecognizer : public platform::GestureRecognizer {
  public:
   TapRecognizer(QQuickItem& item, QPointF scenePoint) : item_(&item), scenePoint_(scenePoint) {}
@@ -119,14 +115,14 @@ void ItemResponder::setContentOffsetAnimated(platform::Point offset) {
 
 void ItemResponder::Text::insertText(std::string_view text) {
   if (item != nullptr && !text.empty()) {
-    keyboard::commit(*item, textOf(text));
+    keyboard::commit(*item, text);
   }
 }
 
 void ItemResponder::Keys::insertText(std::string_view character) {
   const ShownWindow shown(item);
   if (shown.window != nullptr) {
-    keyboard::typeCharacter(*shown.window, textOf(character));
+    keyboard::typeCharacter(*shown.window, character);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <QInputMethodQueryEvent>
 #include <QKeyEvent>
 #include <QPointer>
+#include <QString>
 #include <QWindow>
 
 #include "platforms/qt6/shared/gui_symbol.h"
@@ -16,6 +17,10 @@ namespace {
 
 using HandleKeyEvent = void (*)(QWindow*, QEvent::Type, int, Qt::KeyboardModifiers, const QString&,
                                 bool, unsigned short);
+
+QString stringOf(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
 
 struct Key {
   int code;
@@ -68,14 +73,14 @@ bool editsText(QObject& object) {
   return query.value(Qt::ImEnabled).toBool() && !query.value(Qt::ImReadOnly).toBool();
 }
 
-void commit(QObject& object, const QString& text) {
+void commit(QObject& object, std::string_view text) {
   QInputMethodEvent event;
-  event.setCommitString(text);
+  event.setCommitString(stringOf(text));
   QCoreApplication::sendEvent(&object, &event);
 }
 
-void typeCharacter(QWindow& window, const QString& character) {
-  const Key key = keyOf(character);
+void typeCharacter(QWindow& window, std::string_view character) {
+  const Key key = keyOf(stringOf(character));
   const QPointer<QWindow> alive = &window;
   send(window, QEvent::KeyPress, key);
   if (alive != nullptr) {

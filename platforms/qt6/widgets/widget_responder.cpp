@@ -21,10 +21,6 @@ QWindow* windowOf(const QWidget* widget) {
   return widget == nullptr ? nullptr : widget->window()->windowHandle();
 }
 
-QString textOf(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 /// Whether a key that is pressed while `widget` has the focus is taken by it or a widget around it.
 bool takesKeys(const QWidget& widget) {
   // These look for what is typed among their rows.
@@ -116,13 +112,13 @@ void WidgetResponder::setContentOffsetAnimated(platform::Point offset) {
 
 void WidgetResponder::Text::insertText(std::string_view text) {
   if (widget != nullptr && !text.empty()) {
-    keyboard::commit(*widget, textOf(text));
+    keyboard::commit(*widget, text);
   }
 }
 
 void WidgetResponder::Keys::insertText(std::string_view character) {
   if (QWindow* const window = windowOf(widget)) {
-    keyboard::typeCharacter(*window, textOf(character));
+    keyboard::typeCharacter(*window, character);
   }
 }
 
