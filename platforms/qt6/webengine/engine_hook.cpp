@@ -134,6 +134,7 @@ class Hook {
   }
 
   static void initialisationFinished(void* client) {
+    moved_calls::forget(client);
     Page page(client);
     try {
       Configuration configuration(profileOf_(client));
@@ -160,7 +161,7 @@ class Hook {
         receive(client, *message);
         return;
       }
-      site = moved_calls::original(*message, site);
+      site = moved_calls::original(client, *message, site);
     } catch (...) {
       // Memory ran out.
     }
@@ -169,7 +170,7 @@ class Hook {
 
   static void receive(void* client, const QString& text) {
     if (std::optional<PostedMessage> message = PostedMessage::parse(text)) {
-      moved_calls::expect(*message);
+      moved_calls::expect(client, *message);
       PageContentController controller(profileOf_(client));
       message_handlers::deliver(controller, message->handlerName, {std::move(message->body)});
     }

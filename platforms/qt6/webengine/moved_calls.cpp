@@ -19,6 +19,7 @@ namespace {
 constexpr std::size_t maximumExpected = 64;
 
 struct ExpectedCall {
+  const void* page = nullptr;
   QString document;
   std::optional<CallSite> caller;
   /// Tells the calls of several documents apart whose processes write at the same time.
@@ -51,33 +52,41 @@ bool holds(const ExpectedCall& call, std::size_t text) {
 
 }  // namespace
 
-void expect(const PostedMessage& message) {
+void expect(const void* page, const PostedMessage& message) {
   std::deque<ExpectedCall>& calls = expectedCalls();
   std::erase_if(calls, [&](const ExpectedCall& call) { return call.document == message.document; });
   if (calls.size() >= maximumExpected) {
     calls.pop_front();
   }
-  calls.push_back({message.document, message.caller, textsOf(message.body)});
+  calls.push_back({page, message.document, message.caller, textsOf(message.body)});
 }
 
-CallSite original(const QString& message, CallSite reported) {
+CallSite original(const void* page, const QString& message, CallSite reported) {
   std::deque<ExpectedCall>& calls = expectedCalls();
   if (calls.empty() || reported.source != QLatin1String(ownScriptSource)) {
     return reported;
   }
-  auto found = calls.begin();
-  if (calls.size() > 1) {
-    const std::size_t text = hashOf(message.toStdString());
-    found = std::find_if(calls.begin(), calls.end(),
-                         [text](const ExpectedCall& call) { return holds(call, text); });
+  const std::size_t text = hashOf(message.toStdString());
+  auto found = std::find_if(calls.begin(), calls.end(), [page, text](const ExpectedCall& call) {
+    return call.page == page && holds(call, text);
+  });
+  if (found == calls.end()) {
     // Objects are written in another way in the console.
-    found = found == calls.end() ? calls.begin() : found;
+    found = std::find_if(calls.begin(), calls.end(),
+                         [page](const ExpectedCall& call) { return call.page == page; });
+  }
+  if (found == calls.end()) {
+    return reported;
   }
   if (found->caller) {
     reported = *found->caller;
   }
   calls.erase(found);
   return reported;
+}
+
+void forget(const void* page) {
+  std::erase_if(expectedCalls(), [page](const ExpectedCall& call) { return call.page == page; });
 }
 
 }  // namespace tarnix::qt6::moved_calls

@@ -119,7 +119,9 @@ TEST(ConsoleOfAPage, IsCapturedOfEverySource) {
   file.write(pageSaying("source:file"));
   file.close();
   ASSERT_TRUE(page.loadAndWait(QUrl::fromLocalFile(file.fileName())));
-  page.setHtml(QString::fromUtf8(pageSaying("source:html")), QUrl("http://127.0.0.1:1/base"));
+  ASSERT_TRUE(page.doAndWait([&page] {
+    page.setHtml(QString::fromUtf8(pageSaying("source:html")), QUrl("http://127.0.0.1:1/base"));
+  }));
   EXPECT_EQ(capturedMessages("source:", 3),
             (Messages{"source:data", "source:file", "source:html"}));
   ASSERT_TRUE(page.loadAndWait(QUrl("about:blank")));
@@ -171,6 +173,8 @@ TEST(ConsoleOfAPage, IsCapturedInWindowsThatThePageOpens) {
   ASSERT_TRUE(page.loadAndWait(opener));
   EXPECT_EQ(capturedMessages("popup:", 1), (Messages{"popup:inside"}));
   ASSERT_EQ(page.opened.size(), 1U);
+  // The line itself comes after what was captured of it.
+  EXPECT_TRUE(waitUntil([&] { return !page.opened[0]->linesWith("popup:").empty(); }));
   EXPECT_EQ(page.opened[0]->linesWith("popup:").size(), 1U);
 }
 

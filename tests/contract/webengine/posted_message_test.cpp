@@ -79,22 +79,27 @@ TEST(PostedMessage, HasNoNumberThatIsNone) {
 
 class MovedCalls : public testing::Test {
  protected:
-  static void expect(const QString& document, const CallSite& caller, const std::string& text) {
+  static void expect(const QString& document, const CallSite& caller, const std::string& text,
+                     const void* page = &firstPage) {
     PostedMessage message;
     message.document = document;
     message.caller = caller;
     message.body = {PropertyValue::Dictionary{{{"message", PropertyValue{text}}}}};
-    qt6::moved_calls::expect(message);
+    qt6::moved_calls::expect(page, message);
   }
 
-  static CallSite original(const QString& message, const QString& source = qt6::ownScriptSource) {
-    return qt6::moved_calls::original(message, {42, source});
+  static CallSite original(const QString& message, const QString& source = qt6::ownScriptSource,
+                           const void* page = &firstPage) {
+    return qt6::moved_calls::original(page, message, {42, source});
   }
 
   ~MovedCalls() override {
-    while (original("").line != 42) {
-    }
+    qt6::moved_calls::forget(&firstPage);
+    qt6::moved_calls::forget(&secondPage);
   }
+
+  static constexpr char firstPage = 0;
+  static constexpr char secondPage = 0;
 };
 
 TEST_F(MovedCalls, AreTakenOnce) {
@@ -124,6 +129,20 @@ TEST_F(MovedCalls, ComeInOrderWhenTheyAreWrittenOtherwise) {
   expect("two", {2, "second"}, "[]");
   EXPECT_EQ(original("[object Object]").line, 1);
   EXPECT_EQ(original("").line, 2);
+}
+
+TEST_F(MovedCalls, ComeFromThePageThatAnnouncedThem) {
+  expect("one", {1, "first"}, R"({"a":1})");
+  expect("two", {2, "second"}, "a", &secondPage);
+  EXPECT_EQ(original("[object Object]", qt6::ownScriptSource, &secondPage).line, 2);
+  EXPECT_EQ(original("[object Object]", qt6::ownScriptSource, &secondPage).line, 42);
+  EXPECT_EQ(original("[object Object]").line, 1);
+}
+
+TEST_F(MovedCalls, AreForgottenWithTheirPage) {
+  expect("one", {1, "first"}, "a");
+  qt6::moved_calls::forget(&firstPage);
+  EXPECT_EQ(original("a").line, 42);
 }
 
 TEST_F(MovedCalls, AreForgottenWhenTheyNeverCome) {

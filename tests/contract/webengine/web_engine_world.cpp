@@ -22,10 +22,14 @@ bool waitUntil(const std::function<bool()>& condition) {
 }
 
 bool ListeningPage::loadAndWait(const QUrl& url) {
+  return doAndWait([this, &url] { load(url); });
+}
+
+bool ListeningPage::doAndWait(const std::function<void()>& start) {
   std::optional<bool> result;
   const QMetaObject::Connection connection =
       connect(this, &QWebEnginePage::loadFinished, this, [&result](bool ok) { result = ok; });
-  load(url);
+  start();
   const bool isDone = waitUntil([&result] { return result.has_value(); });
   disconnect(connection);
   return isDone && *result;

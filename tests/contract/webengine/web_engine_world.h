@@ -31,6 +31,8 @@ class ListeningPage : public QWebEnginePage {
 
   /// Loads and waits for the end of it.
   bool loadAndWait(const QUrl& url);
+  /// Waits for the end of the loading that `start` begins.
+  bool doAndWait(const std::function<void()>& start);
   /// The lines whose message starts so.
   std::vector<ConsoleLine> linesWith(const QString& start) const;
   /// Runs a script in the page and returns its value.
