@@ -125,7 +125,7 @@ class Applications(unittest.TestCase):
         self.assertEqual(json.loads(self.ask(host, "sync", "--json"))["currentScreen"],
                          "Docked Main Window")
         labels = self.ask(host, "text").splitlines()
-        for label in ("Above the page", "Widget Box", "QWebEngineView"):
+        for label in ("Above the page", "Widget Box", "QWebEngineView", "Form - form.ui"):
             self.assertIn(label, labels)
         heard = [line for line in list(host.error_lines) if line.startswith("js: ")]
         self.assertEqual(heard, ["js: an error", "js: a warning", "js: Uncaught Error: thrown"])
