@@ -75,7 +75,7 @@ class Names(unittest.TestCase):
         self.addCleanup(self.display.close)
         self.pictures = 0
 
-    def start(self, *command):
+    def start(self, *command, preloaded=PRELOADED):
         # In memory: one of the applications fills a database when it starts for the first time, and
         # waits for the disk at each of its rows.
         memory = pathlib.Path("/dev/shm")
@@ -87,7 +87,7 @@ class Names(unittest.TestCase):
         self.host = Process(
             command,
             env=environment(
-                PRELOADED,
+                preloaded,
                 QT_QPA_PLATFORM="xcb",
                 DISPLAY=self.display.name,
                 QT_QUICK_BACKEND="software",
@@ -196,6 +196,28 @@ class Names(unittest.TestCase):
         self.expect("Report")
         self.act("tab 2")
         self.expect("Main Window")
+
+    def test_a_program_of_python(self):
+        python = "/usr/bin/python3"
+        found = subprocess.run([python, "-c", "import PyQt6.QtWidgets"], capture_output=True)
+        if found.returncode != 0:
+            self.skipTest("the toolkit's bindings are not there")
+        # Python loads the toolkit long after its start. This has it there from the start on.
+        self.start(python, HERE / "python_window.py", preloaded=f"{PRELOADED}:libQt6Gui.so.6")
+        self.expect("Note Page")
+        self.act("search")
+        self.expect("Search Dialog")
+        self.act("close")
+        self.expect("Note Page")
+        for word in ("box", "plain"):
+            self.act(word)
+            self.assertTrue(wait_until(lambda: f"This is a {word}" in self.html()))
+            self.expect("Note Page")
+            self.act("close")
+        self.act("page 1")
+        self.expect("Notes Window")
+        self.act("page 0")
+        self.expect("Note Page")
 
     def test_the_html_bears_the_name(self):
         self.start(HOST)
