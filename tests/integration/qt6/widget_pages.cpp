@@ -360,6 +360,14 @@ void showMenu() {
   });
 }
 
+void showNarrowMenuBar() {
+  auto* const window = new QMainWindow;
+  addMenus(*window);
+  window->setMinimumWidth(1);
+  window->resize(90, 200);
+  window->show();
+}
+
 void showComboBox() {
   auto* const window = new QWidget;
   auto* const layout = new QVBoxLayout(window);
@@ -425,9 +433,11 @@ void showMany() {
 
 bool showWidgetPage(const QString& name) {
   static const std::map<QString, std::function<void()>> pages = {
-      {"labels", showLabelsNearby},   {"controls", showControls}, {"views", showViews},
-      {"containers", showContainers}, {"menu", showMenu},         {"combo", showComboBox},
-      {"dialog", showDialog},         {"quick", showQuick},       {"many", showMany},
+      {"labels", showLabelsNearby},   {"controls", showControls},
+      {"views", showViews},           {"narrow menu bar", showNarrowMenuBar},
+      {"containers", showContainers}, {"menu", showMenu},
+      {"combo", showComboBox},        {"dialog", showDialog},
+      {"quick", showQuick},           {"many", showMany},
   };
   const auto page = pages.find(name);
   if (page == pages.end()) {

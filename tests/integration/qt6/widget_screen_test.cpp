@@ -160,6 +160,11 @@ TEST(WidgetScreen, OpenMenusAreReadInFrontOfTheWindow) {
   EXPECT_LT(entry.front().frame.minY(), 45);
 }
 
+TEST(WidgetScreen, MenusThatDoNotFitIntoTheirBarAreNotThere) {
+  const ShownWidgetPage shown("narrow menu bar");
+  EXPECT_THAT(screenLines(), ElementsAre("Button File"));
+}
+
 TEST(WidgetScreen, AnOpenListHidesItsBox) {
   const ShownWidgetPage shown("combo");
   EXPECT_THAT(screenLines(),
