@@ -336,7 +336,8 @@ void showContainers() {
   area->addSubWindow(new QLabel("Lower"))->setGeometry(0, 0, 200, 120);
   area->addSubWindow(new QLabel("Upper"))->setGeometry(10, 10, 220, 140);
   for (QMdiSubWindow* subWindow : area->subWindowList()) {
-    subWindow->setWindowTitle("Document");
+    subWindow->setWindowTitle("Document [*][*][*]");
+    subWindow->setWindowModified(true);
     subWindow->show();
   }
   grid->addWidget(area, 1, 1);
