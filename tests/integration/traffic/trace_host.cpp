@@ -772,21 +772,50 @@ std::map<QString, std::function<void()>> scenarios() {
   return all;
 }
 
-/// A thread that makes one request after the other from before there is an event loop.
-std::unique_ptr<QThread> startSteadyRequests(int count) {
-  std::unique_ptr<QThread> thread(QThread::create([count] {
+/// Threads that make one request after the other, each numbered, from before there is an event
+/// loop. Each of them ends after so many, or when it is told to.
+class SteadyRequests {
+ public:
+  SteadyRequests(int threadCount, int count) {
+    for (int number = 0; number < threadCount; ++number) {
+      threads_.emplace_back(QThread::create([this, number, count] { run(number, count); }));
+      threads_.back()->start();
+    }
+  }
+  ~SteadyRequests() { waitForEnd(); }
+  SteadyRequests(const SteadyRequests&) = delete;
+  SteadyRequests& operator=(const SteadyRequests&) = delete;
+
+  /// Returns when the last answers are there.
+  void stop() {
+    isOver_ = true;
+    waitForEnd();
+  }
+
+ private:
+  void waitForEnd() {
+    for (const std::unique_ptr<QThread>& thread : threads_) {
+      while (!thread->wait(1)) {
+        // The main thread's own work goes on.
+        spin(10);
+      }
+    }
+  }
+
+  void run(int thread, int count) {
     QNetworkAccessManager manager;
-    for (int number = 1; number <= count; ++number) {
-      QNetworkReply* const reply =
-          manager.get(request(QString("/bytes?size=1&number=%1").arg(number)));
+    for (int number = 1; number <= count && !isOver_; ++number) {
+      QNetworkReply* const reply = manager.get(
+          request(QString("/bytes?size=1&thread=%1&number=%2").arg(thread).arg(number)));
       wait(reply);
       delete reply;
-      QThread::msleep(4);
+      QThread::msleep(10);
     }
-  }));
-  thread->start();
-  return thread;
-}
+  }
+
+  std::atomic<bool> isOver_ = false;
+  std::vector<std::unique_ptr<QThread>> threads_;
+};
 
 /// The next line of standard input; the event loop runs while it is waited for. Null at the end.
 QString nextLine() {
@@ -819,9 +848,10 @@ int main(int argumentCount, char** arguments) {
   }
   base = words[1];
   const auto all = scenarios();
-  std::unique_ptr<QThread> steady;
+  std::unique_ptr<SteadyRequests> steady;
   if (const int count = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_REQUESTS"); count > 0) {
-    steady = startSteadyRequests(count);
+    const int threads = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_THREADS");
+    steady = std::make_unique<SteadyRequests>(threads > 0 ? threads : 1, count);
   }
   for (const auto& [name, run] : all) {
     say(name);
@@ -831,14 +861,13 @@ int main(int argumentCount, char** arguments) {
   for (QString name = nextLine(); !name.isNull(); name = nextLine()) {
     if (const auto scenario = all.find(name); scenario != all.end()) {
       scenario->second();
+    } else if (name == "stop-steady" && steady != nullptr) {
+      steady->stop();
     } else {
       say("no such scenario");
     }
     say("== done");
     std::fflush(stdout);
-  }
-  if (steady != nullptr) {
-    steady->wait();
   }
   return 0;
 }

@@ -172,6 +172,15 @@ class Companion:
                 found.append(payload)
         return found
 
+    def received_exchanges(self):
+        """Those that are here already and have not been taken."""
+        found = []
+        while not self.messages.empty():
+            type, payload = self.messages.get()
+            if type == "event.httpRequest":
+                found.append(payload)
+        return found
+
     def forget(self):
         while not self.messages.empty():
             self.messages.get()
