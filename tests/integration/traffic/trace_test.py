@@ -24,6 +24,27 @@ def without_chance_progress(trace):
             if not ("uploadProgress" in line and "uploadProgress" in following)]
 
 
+# The toolkit's network thread is on its way already when the application lets go of a request at
+# once. How far it gets before it hears of that is a matter of chance, one time in a hundred on a busy
+# machine, without the probe just as with it: the signals of what it got to still arrive, and the
+# request may have reached the server.
+LET_GO_AT_ONCE = {"abort-at-once", "delete-at-once"}
+LATE_SIGNALS = ("  socketStartedConnecting |", "  requestSent |", "  metaDataChanged |")
+
+
+def without_late_signals(trace):
+    """Of what follows an abort, only what the abort is answerable for."""
+    lines, is_aborted, is_late = [], False, False
+    for line in trace:
+        if not line.startswith("    "):
+            is_late = is_aborted and line.startswith(LATE_SIGNALS)
+            is_aborted = is_aborted or line == "  aborted."
+        # What is indented further belongs to the signal before it.
+        if not is_late:
+            lines.append(line)
+    return lines
+
+
 class Traces(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -42,6 +63,9 @@ class Traces(unittest.TestCase):
     def traces(self, host, scenario):
         self.server.take_requests()
         trace = host.trace(scenario)
+        if scenario in LET_GO_AT_ONCE:
+            self.server.take_requests()
+            trace = without_late_signals(trace)
         # What reached the server belongs to it; the port of a client does not, and which of
         # several connections is first is a matter of chance.
         reached = sorted(json.dumps({key: value for key, value in request.items()})
