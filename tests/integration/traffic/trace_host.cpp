@@ -21,6 +21,9 @@
 #include <QNetworkDiskCache>
 #include <QNetworkReply>
 #include <QPointer>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslError>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QThread>
@@ -78,6 +81,14 @@ class Tracer : public QObject {
     connect(reply, &QNetworkReply::requestSent, this, [this] { state("requestSent"); });
     connect(reply, &QNetworkReply::socketStartedConnecting, this,
             [this] { state("socketStartedConnecting"); });
+    connect(reply, &QNetworkReply::encrypted, this, [this] {
+      state("encrypted by " + reply_->sslConfiguration().peerCertificate().subjectDisplayName());
+    });
+    connect(reply, &QNetworkReply::sslErrors, this, [this](const QList<QSslError>& errors) {
+      for (const QSslError& error : errors) {
+        state("sslErrors " + error.errorString());
+      }
+    });
     connect(reply, &QNetworkReply::finished, this, [this] { state("finished"); });
     connect(reply, &QObject::destroyed, this, [] { say("  destroyed"); });
   }
@@ -209,7 +220,46 @@ void traceManager(QNetworkAccessManager& manager) {
                    [](QNetworkReply*, QAuthenticator* authenticator) {
                      say("  authenticationRequired " + authenticator->realm());
                    });
+  QObject::connect(&manager, &QNetworkAccessManager::encrypted, [] { say("  manager encrypted"); });
+  QObject::connect(&manager, &QNetworkAccessManager::sslErrors,
+                   [](QNetworkReply*, const QList<QSslError>& errors) {
+                     say(QString("  manager sslErrors %1").arg(errors.size()));
+                   });
 }
+
+/// One of many replies at a time: what it does is gathered, to be written in its turn.
+class ParallelReply {
+ public:
+  void watch(QNetworkReply* reply) {
+    reply_.reset(reply);
+    const auto note = [this](const char* signal) {
+      return [this, signal] {
+        // How often there is something to read is a matter of chance.
+        if (signals_.isEmpty() || signals_.last() != signal) {
+          signals_.append(signal);
+        }
+      };
+    };
+    // Not whether it connects, and when its request has gone out: that is up to who comes first.
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, note("metaDataChanged"));
+    QObject::connect(reply, &QNetworkReply::errorOccurred, note("errorOccurred"));
+    QObject::connect(reply, &QNetworkReply::readyRead, note("data"));
+    QObject::connect(reply, &QNetworkReply::downloadProgress, note("data"));
+    QObject::connect(reply, &QNetworkReply::readChannelFinished, note("readChannelFinished"));
+    QObject::connect(reply, &QNetworkReply::finished, note("finished"));
+  }
+  QNetworkReply* reply() const { return reply_.get(); }
+
+  void write() const {
+    say("  " + signals_.join(" "));
+    Tracer tracer(reply_.get());
+    tracer.body(reply_->readAll());
+  }
+
+ private:
+  std::unique_ptr<QNetworkReply> reply_;
+  QStringList signals_;
+};
 
 void follow(QNetworkReply* reply, const Options& options = {}) {
   Tracer tracer(reply, options.loose);
@@ -707,16 +757,13 @@ std::map<QString, std::function<void()>> scenarios() {
   });
   add("parallel", [] {
     QNetworkAccessManager manager;
+    std::vector<ParallelReply> replies(100);
     int left = 100;
     QEventLoop loop;
     for (int number = 0; number < 100; ++number) {
-      QNetworkReply* const reply =
-          manager.get(request(QString("/bytes?size=%1").arg(number * 100)));
-      QObject::connect(reply, &QNetworkReply::finished, [&, reply, number] {
-        if (reply->error() != QNetworkReply::NoError || reply->readAll().size() != number * 100) {
-          say(QString("  wrong %1").arg(number));
-        }
-        reply->deleteLater();
+      ParallelReply& reply = replies[size_t(number)];
+      reply.watch(manager.get(request(QString("/bytes?size=%1").arg(number * 100))));
+      QObject::connect(reply.reply(), &QNetworkReply::finished, [&left, &loop] {
         if (--left == 0) {
           loop.quit();
         }
@@ -724,7 +771,38 @@ std::map<QString, std::function<void()>> scenarios() {
     }
     QTimer::singleShot(timeLimit, &loop, &QEventLoop::quit);
     loop.exec();
-    say(QString("  left %1").arg(left));
+    // In the order in which they were made: the one in which they end is a matter of chance.
+    for (const ParallelReply& reply : replies) {
+      reply.write();
+    }
+  });
+  const auto secure = [](QNetworkAccessManager& manager) {
+    return manager.get(QNetworkRequest(QUrl(qEnvironmentVariable("TRACE_HOST_SECURE") + "/plain")));
+  };
+  add("tls-unknown-certificate", [secure] { simple(secure); });
+  add("tls-accepted-by-reply", [secure] {
+    simple([secure](QNetworkAccessManager& manager) {
+      QNetworkReply* const reply = secure(manager);
+      QObject::connect(reply, &QNetworkReply::sslErrors, reply, [reply] {
+        say("  ignoreSslErrors");
+        reply->ignoreSslErrors();
+      });
+      return reply;
+    });
+  });
+  add("tls-accepted-by-manager", [secure] {
+    simple([secure](QNetworkAccessManager& manager) {
+      QObject::connect(&manager, &QNetworkAccessManager::sslErrors,
+                       [](QNetworkReply* reply) { reply->ignoreSslErrors(); });
+      return secure(manager);
+    });
+  });
+  add("tls-accepted-beforehand", [secure] {
+    simple([secure](QNetworkAccessManager& manager) {
+      QNetworkReply* const reply = secure(manager);
+      reply->ignoreSslErrors();
+      return reply;
+    });
   });
   add("other-thread", [] {
     std::unique_ptr<QThread> thread(QThread::create(

@@ -6,6 +6,7 @@ these.
 """
 
 import difflib
+import tempfile
 
 from scripted_server import ScriptedServer
 from traffic_support import *
@@ -49,8 +50,11 @@ class Traces(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.server = ScriptedServer()
-        cls.bare = TraceHost(cls.server, with_probe=False)
-        cls.probed = TraceHost(cls.server, with_probe=True)
+        with tempfile.TemporaryDirectory() as folder:
+            cls.secure = ScriptedServer(make_certificate(folder))
+        address = f"https://127.0.0.1:{cls.secure.port}"
+        cls.bare = TraceHost(cls.server, with_probe=False, TRACE_HOST_SECURE=address)
+        cls.probed = TraceHost(cls.server, with_probe=True, TRACE_HOST_SECURE=address)
         cls.companion = Companion(cls.probed.port())
 
     @classmethod
@@ -58,6 +62,7 @@ class Traces(unittest.TestCase):
         cls.companion.close()
         codes = [cls.bare.end(), cls.probed.end()]
         cls.server.close()
+        cls.secure.close()
         assert codes == [0, 0], codes
 
     def traces(self, host, scenario):
@@ -69,7 +74,7 @@ class Traces(unittest.TestCase):
         # What reached the server belongs to it; the port of a client does not, and which of
         # several connections is first is a matter of chance.
         reached = sorted(json.dumps({key: value for key, value in request.items()})
-                         for request in self.server.take_requests())
+                         for request in self.server.take_requests() + self.secure.take_requests())
         return "\n".join(without_chance_progress(trace) + reached)
 
     def test_is_the_same(self):

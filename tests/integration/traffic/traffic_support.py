@@ -202,6 +202,17 @@ class Companion:
         closing.close()
 
 
+def make_certificate(folder):
+    """A key and a certificate for it that nobody has reason to trust, in one file."""
+    path = pathlib.Path(folder) / "certificate.pem"
+    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2",
+                    "-subj", "/CN=shop.test", "-addext", "subjectAltName=IP:127.0.0.1",
+                    "-keyout", path, "-out", pathlib.Path(folder) / "public.pem"],
+                   check=True, capture_output=True, timeout=TIME_LIMIT)
+    path.write_bytes(path.read_bytes() + (pathlib.Path(folder) / "public.pem").read_bytes())
+    return path
+
+
 def body_of(exchange, name):
     return base64.b64decode(exchange[name]) if name in exchange else None
 
