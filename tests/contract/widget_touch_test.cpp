@@ -112,12 +112,20 @@ TEST_F(WidgetTouchTest, PassesThroughWhatIsHiddenOrLetsTouchesThrough) {
 TEST_F(WidgetTouchTest, WhatIsDisabledHandsATouchToWhatItStandsInAndToNothingBeside) {
   board("beside", {0, 0, 200, 100});
   QWidget& holder = board("holder", {0, 0, 100, 100});
-  button("disabled in holder", {10, 10, 50, 30}, &holder).setEnabled(false);
-  button("disabled", {110, 10, 50, 30}).setEnabled(false);
+  board("disabled in holder", {10, 10, 50, 30}, &holder).setEnabled(false);
+  board("disabled", {110, 10, 50, 30}).setEnabled(false);
   show();
   EXPECT_EQ(tap(30, 20), "holder as holder");
   EXPECT_EQ(tap(130, 20), "- as -");
   holder.setEnabled(false);
+  EXPECT_EQ(tap(30, 20), "- as -");
+}
+
+TEST_F(WidgetTouchTest, ADisabledButtonKeepsATouchToItself) {
+  QWidget& holder = board("holder", {0, 0, 100, 100});
+  button("disabled", {10, 10, 50, 30}, &holder).setEnabled(false);
+  show();
+  EXPECT_EQ(touched(30, 20), "disabled");
   EXPECT_EQ(tap(30, 20), "- as -");
 }
 
@@ -195,7 +203,12 @@ TEST_F(WidgetTouchTest, ReachesWhatIsTurnedInAGraphicsScene) {
   EXPECT_EQ(tap(230, 30), "- as -");
   proxy->setScale(1.5);
   EXPECT_EQ(tap(130, 150), "inside as view");
-  proxy->setEnabled(false);
+  QGraphicsRectItem* const figure = scene.addRect(0, 0, 20, 20);
+  EXPECT_EQ(tap(10, 10), "- as -");
+  figure->setFlag(QGraphicsItem::ItemIsSelectable);
+  EXPECT_EQ(tap(10, 10), "- as view");
+  EXPECT_TRUE(figure->isSelected());
+  inside->setEnabled(false);
   EXPECT_EQ(tap(160, 60), "- as -");
 }
 

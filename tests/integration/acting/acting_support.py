@@ -28,7 +28,11 @@ class Application(support.Process):
         super().__init__(command, variables=dict(
             variables, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
             QT_LOGGING_RULES="qml.info=true;js.info=true;default.info=true"))
-        self.companion = support.Companion(self.port())
+        try:
+            self.companion = support.Companion(self.port())
+        except BaseException:
+            self.kill()
+            raise
 
     def did(self):
         return [match[1] for line in list(self.errors)
