@@ -3,6 +3,7 @@ companion that acts on it."""
 
 import base64
 import html
+import os
 import pathlib
 import re
 import sys
@@ -23,8 +24,16 @@ REST = 0.3
 class Application(support.Process):
     """Started in a home of its own. Lines that begin with "did: " say what happened to it."""
 
-    def __init__(self, command, **variables):
-        self.home = tempfile.TemporaryDirectory(prefix="tarnix-acting-")
+    def __init__(self, command, files=None, **variables):
+        """`files`: what stands in its home before, as texts by their paths."""
+        # In memory: some applications write a data base at their first start, line by line.
+        memory = "/dev/shm"
+        self.home = tempfile.TemporaryDirectory(
+            prefix="tarnix-acting-", dir=memory if os.access(memory, os.W_OK) else None)
+        for path, text in (files or {}).items():
+            file = pathlib.Path(self.home.name, path)
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.write_text(text, encoding="utf-8")
         super().__init__(command, variables=dict(
             variables, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
             QT_LOGGING_RULES="qml.info=true;js.info=true;default.info=true"))

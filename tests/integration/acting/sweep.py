@@ -17,11 +17,40 @@ import time
 import acting_support
 from acting_support import Application
 
-# Found by name, with the folder of games, which root has not in its path.
-APPLICATIONS = {"pentobi": "/usr/games/pentobi", "focuswriter": "/usr/bin/focuswriter",
-                "tipp10": "/usr/bin/tipp10"}
+
+class Start:
+    """How to bring an application to a screen that is worth a sweep."""
+
+    def __init__(self, program, files=None, taps=()):
+        self.program = program
+        self.files = files
+        self.taps = taps
+
+    def application(self):
+        application = Application([self.program], self.files)
+        try:
+            application.settled_screen()
+            for label in self.taps:
+                application.tap_label(label)
+                application.settled_screen()
+            return application
+        except BaseException:
+            application.close()
+            raise
+
+
+# With whole paths: root has no games in its path.
+APPLICATIONS = {
+    "pentobi": Start("/usr/games/pentobi"),
+    # Shows its bars only to a mouse that comes near, unless told otherwise. The lower one has a
+    # clock, which changes without a tap.
+    "focuswriter": Start("/usr/bin/focuswriter", {
+        ".config/GottCode/FocusWriter.conf":
+            "[View]\nAlwaysShowHeader=true\n"}),
+    "tipp10": Start("/usr/bin/tipp10", taps=["Launch TIPP10"]),
+}
 # Of one application, in seconds.
-SHARE = 42
+SHARE = 40
 # Longer than a caret takes to go and to come back.
 WATCH = 1.2
 # A reaction shows within this.
@@ -71,38 +100,39 @@ class Changes:
 class Tap:
     """What became of the element of this index."""
 
-    def __init__(self, program, index):
-        application = Application([program])
+    def __init__(self, start, index):
+        application = start.application()
         try:
-            self.element_count = len(application.settled_screen())
             elements = application.screen()
+            self.element_count = len(elements)
             if index >= len(elements):
                 self.kind = "gone"
                 self.line = f"{'gone':9} element {index}"
                 return
             label, x, y, tag = elements[index]
+            line = application.ask("command.screenHTML", {})["html"].splitlines()[index + 1]
             changes = Changes(application)
             answer = application.try_tap(x, y)
             effect = changes.wait()
-            self.kind = self.judge(label, tag, answer, effect)
-            message = answer["message"] if answer else "ended before it answered"
-            self.line = (f"{self.kind:9} {tag:6} {label!r} at {x},{y}: {message}; "
+            self.kind = self.judge(label, tag, ' v="1"' in line, answer, effect)
+            message = answer["message"][:70] if answer else "ended before it answered"
+            self.line = (f"{self.kind:9} {tag:6} {label[:40]!r} at {x},{y}: {message}; "
                          f"{effect or 'nothing seen'}")
         finally:
             application.close()
 
     @staticmethod
-    def judge(label, tag, answer, effect):
+    def judge(label, tag, is_on, answer, effect):
         if answer is None or answer["success"] and effect:
             return "reacted"
         if not answer["success"]:
             # A finger reaches nothing there: something to be read, or disabled.
             return "refused" if effect is None else "UNTRUE"
-        if not answer["message"].endswith(": " + label):
+        if not answer["message"].partition(": ")[2].startswith(label.removesuffix("...")):
             # It is disabled or only read, and what lies behind took the touch.
             return "behind"
-        # Pressed again, what is chosen already stays as it is.
-        return "idle" if tag in READ_ONLY else "UNTRUE"
+        # What is chosen already stays as it is, and so does a text where the caret goes to.
+        return "idle" if is_on or tag in READ_ONLY or tag == "input" else "UNTRUE"
 
 
 def spread(count):
@@ -115,15 +145,15 @@ def spread(count):
 
 def sweep(name, is_complete=False):
     """What became of the elements of that application."""
-    program = APPLICATIONS[name]
+    start = APPLICATIONS[name]
     end = math.inf if is_complete else time.monotonic() + SHARE
-    taps = [Tap(program, 0)]
+    taps = [Tap(start, 0)]
     print(f"== {name}, {taps[0].element_count} elements\n{taps[0].line}", flush=True)
     for index in spread(taps[0].element_count):
         if time.monotonic() > end:
             break
         if index != 0:
-            taps.append(Tap(program, index))
+            taps.append(Tap(start, index))
             print(taps[-1].line, flush=True)
     counts = {kind: sum(tap.kind == kind for tap in taps) for kind in {tap.kind for tap in taps}}
     print(f"== {name}: {counts} of {len(taps)} tapped", flush=True)
@@ -134,7 +164,7 @@ def main():
     names = [word for word in sys.argv[1:] if not word.startswith("-")]
     is_true = True
     for name in names or APPLICATIONS:
-        if not pathlib.Path(APPLICATIONS[name]).exists():
+        if not pathlib.Path(APPLICATIONS[name].program).exists():
             raise SystemExit(f"{name} is not installed")
         taps = sweep(name, "--all" in sys.argv)
         is_true = is_true and all(tap.kind != "UNTRUE" for tap in taps)
