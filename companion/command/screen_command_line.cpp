@@ -39,6 +39,7 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
   does(findCommand, [&options, find] { return runFind(options, *find); });
 
   does(addCommand(app, "snapshot", "List the views of an application's screen",
+                  "A tree on a terminal, made by which frame holds which; elsewhere a table.\n"
                   "--json prints {\"screen\", \"elements\"}.", options),
        [&options] { return runSnapshot(options); });
 
