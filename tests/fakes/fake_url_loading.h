@@ -88,8 +88,9 @@ class FakeUrlLoading : public platform::UrlLoading {
   class Session : public platform::UrlSession {
    public:
     explicit Session(std::shared_ptr<FakeUrlSessionRecord> record) : record_(std::move(record)) {}
-    std::unique_ptr<platform::UrlSessionDataTask> dataTask(platform::UrlRequest request) override {
-      record_->request = std::move(request);
+    std::unique_ptr<platform::UrlSessionDataTask> dataTask(
+        const platform::UrlRequest& request) override {
+      record_->request = request;
       return std::make_unique<Task>(record_);
     }
     void invalidateAndCancel() override { ++record_->invalidations; }
