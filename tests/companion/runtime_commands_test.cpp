@@ -198,6 +198,8 @@ TEST(WatchCommand, ShowsTheLogBesideTheExchanges) {
   EXPECT_EQ(watch({"--count", "2"}), (Words{"ERROR", "GET"}));
   EXPECT_EQ(watch({"--all", "--level", "error", "--count", "3"}), (Words{"GET", "ERROR", "GET"}));
   EXPECT_EQ(watch({"--all", "--no-log", "--count", "2"}), (Words{"GET", "GET"}));
+  EXPECT_EQ(watch({"--all", "--category", "net.", "--count", "3"}), (Words{"GET", "INFO", "GET"}));
+  EXPECT_EQ(watch({"--all", "--text", "FULL", "--count", "3"}), (Words{"GET", "ERROR", "GET"}));
 }
 
 TEST(LogFilter, KnowsLevelsByTheirNames) {

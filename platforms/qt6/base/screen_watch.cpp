@@ -23,7 +23,8 @@ constexpr milliseconds stillness{120};
 // Some scenes are never still.
 constexpr milliseconds longestWait{600};
 
-// Widgets say by events what comes and goes, and a cursor that blinks is a frame too.
+// Widgets say by events what comes and goes, and a cursor that blinks is a frame too: looking after
+// each doubles what the watch costs an editor at rest, 0.01 % of a core.
 constexpr milliseconds betweenLooksAtWidgets{2'000};
 static_assert(betweenLooksAtWidgets > longestWait);
 
