@@ -11,6 +11,7 @@
 #include <QAuthenticator>
 #include <QBuffer>
 #include <QCryptographicHash>
+#include <QDesktopServices>
 #include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
@@ -949,6 +950,28 @@ class SteadyRequests {
   std::vector<std::unique_ptr<QThread>> threads_;
 };
 
+/// Takes the deep links of this application's own scheme.
+class LinkHandler : public QObject {
+  Q_OBJECT
+
+ public:
+  LinkHandler() { QDesktopServices::setUrlHandler("shop", this, "open"); }
+  ~LinkHandler() override { QDesktopServices::unsetUrlHandler("shop"); }
+  LinkHandler(const LinkHandler&) = delete;
+  LinkHandler& operator=(const LinkHandler&) = delete;
+
+  Q_INVOKABLE void open(const QUrl& url) { opened_.append(url.toString(QUrl::FullyEncoded)); }
+
+  void sayOpened() const {
+    for (const QString& url : opened_) {
+      say("  " + url);
+    }
+  }
+
+ private:
+  QStringList opened_;
+};
+
 /// The next line of standard input; the event loop runs while it is waited for. Null at the end.
 QString nextLine() {
   QByteArray line;
@@ -980,6 +1003,7 @@ int main(int argumentCount, char** arguments) {
   }
   base = words[1];
   const auto all = scenarios();
+  const LinkHandler links;
   std::unique_ptr<SteadyRequests> steady;
   if (const int count = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_REQUESTS"); count > 0) {
     const int threads = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_THREADS");
@@ -993,6 +1017,8 @@ int main(int argumentCount, char** arguments) {
   for (QString name = nextLine(); !name.isNull(); name = nextLine()) {
     if (const auto scenario = all.find(name); scenario != all.end()) {
       scenario->second();
+    } else if (name == "opened") {
+      links.sayOpened();
     } else if (name == "stop-steady" && steady != nullptr) {
       steady->stop();
     } else {
@@ -1003,3 +1029,5 @@ int main(int argumentCount, char** arguments) {
   }
   return 0;
 }
+
+#include "trace_host.moc"

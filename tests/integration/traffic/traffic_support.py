@@ -43,10 +43,10 @@ def environment(with_probe):
 class Process:
     """A program under test, its lines on standard error gathered as they come."""
 
-    def __init__(self, command, with_probe=True, **options):
+    def __init__(self, command, with_probe=True, variables=()):
         self.process = subprocess.Popen(
-            [str(word) for word in command], env=environment(with_probe), stdin=subprocess.PIPE,
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
+            [str(word) for word in command], env=environment(with_probe) | dict(variables),
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self.errors = []
         self.reader = threading.Thread(target=self.read_errors, daemon=True)
         self.reader.start()
@@ -89,10 +89,7 @@ class Process:
 
 class TraceHost(Process):
     def __init__(self, server, with_probe, **variables):
-        os.environ.update(variables)
-        super().__init__([TRACE_HOST, f"http://127.0.0.1:{server.port}"], with_probe)
-        for name in variables:
-            del os.environ[name]
+        super().__init__([TRACE_HOST, f"http://127.0.0.1:{server.port}"], with_probe, variables)
         self.scenarios = self.read_block("== ready")
 
     def read_block(self, last):
