@@ -8,15 +8,15 @@ namespace {
 
 constexpr double orbCornerRadius = 18;
 constexpr double orbBorderWidth = 1.5;
-// Stands in for a blur of what is behind, whose cost would be the host's: dark enough for each of
-// the categories' colours to be read over any background.
-constexpr platform::Color background{0.09, 0.09, 0.11, 0.78};
+constexpr double blurRadius = 6;
+// Dark enough for each of the categories' colours to be read over any background.
+constexpr platform::Color blurTint{0.09, 0.09, 0.11, 0.78};
 
 }  // namespace
 
 ProbeOrbView::ProbeOrbView(const platform::Rect& frame)
     : Layer(frame),
-      blurView_(std::make_shared<overlay::Layer>(bounds())),
+      blurView_(std::make_shared<overlay::BlurLayer>(bounds())),
       iconLabel_(std::make_shared<overlay::Label>(platform::Rect{{6, 0}, {24, orbSize.height}})),
       textLabel_(std::make_shared<overlay::Label>(
           platform::Rect{{30, 0}, {frame.size.width - 36, orbSize.height}})),
@@ -29,7 +29,8 @@ void ProbeOrbView::setup() {
   clipsToBounds = true;
   borderWidth = orbBorderWidth;
   borderColor = overlay::colors::systemBlue.withAlpha(0.6);
-  blurView_->backgroundColor = background;
+  blurView_->radius = blurRadius;
+  blurView_->tint = blurTint;
   glowLayer_->cornerRadius = orbCornerRadius;
   blurView_->add(glowLayer_);
   add(blurView_);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "probe/overlay/blur_layer.h"
 #include "probe/overlay/gradient_layer.h"
 #include "probe/overlay/label.h"
 #include "probe/overlay/layer.h"
@@ -24,7 +25,7 @@ class ProbeOrbView : public overlay::Layer {
   /// Without a detail it shows the category's label.
   void configure(ProbeToolCategory category, const std::optional<std::string>& detail);
 
-  const overlay::Layer& blurView() const { return *blurView_; }
+  const overlay::BlurLayer& blurView() const { return *blurView_; }
   const overlay::Label& iconLabel() const { return *iconLabel_; }
   const overlay::Label& textLabel() const { return *textLabel_; }
   const overlay::GradientLayer& glowLayer() const { return *glowLayer_; }
@@ -34,7 +35,7 @@ class ProbeOrbView : public overlay::Layer {
  private:
   void setup();
 
-  std::shared_ptr<overlay::Layer> blurView_;
+  std::shared_ptr<overlay::BlurLayer> blurView_;
   std::shared_ptr<overlay::Label> iconLabel_;
   std::shared_ptr<overlay::Label> textLabel_;
   std::shared_ptr<overlay::GradientLayer> glowLayer_;

@@ -105,6 +105,17 @@ struct HorizontalGradient {
   bool operator==(const HorizontalGradient&) const = default;
 };
 
+/// What lies behind a frame, out of focus, and a colour over it. The colour alone where the host's
+/// picture cannot be had while it is being drawn.
+struct Backdrop {
+  Rect frame = {};
+  /// How far one point of the picture spreads.
+  double radius = 0;
+  Color tint = {};
+
+  bool operator==(const Backdrop&) const = default;
+};
+
 /// What lies outside is not drawn.
 struct Clip {
   Transform transform = {};
@@ -114,7 +125,7 @@ struct Clip {
   bool operator==(const Clip&) const = default;
 };
 
-using Shape = std::variant<RoundedRectangle, TextLine, Stroke, HorizontalGradient>;
+using Shape = std::variant<RoundedRectangle, TextLine, Stroke, HorizontalGradient, Backdrop>;
 
 /// One shape, in place.
 struct DrawingCommand {

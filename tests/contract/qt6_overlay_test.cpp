@@ -17,51 +17,11 @@
 #include "platforms/qt6/base/window_order.h"
 #include "platforms/qt6/shared/picture_without_overlay.h"
 #include "tests/contract/qt6_host_world.h"
+#include "tests/contract/qt6_overlay_support.h"
 
 /// What the toolkit must not notice of what is drawn over its windows.
 namespace tarnix::contract {
 namespace {
-
-platform::DisplayList squareAt(platform::Point origin) {
-  return {{{.shape =
-                platform::RoundedRectangle{
-                    .frame = {{0, 0}, {50, 50}}, .cornerRadius = 4, .fill = {1, 0, 0, 1}},
-            .transform = {1, origin}}}};
-}
-
-class Overlay {
- public:
-  Overlay() : surface_(qt6Services().overlaySurfaces->makeSurface(scene())) {}
-
-  void show(const platform::DisplayList& list) {
-    place = surface_->place();
-    surface_->show(list);
-  }
-
-  std::optional<platform::OverlaySurface::Place> place;
-
- private:
-  platform::WindowScene& scene() {
-    scene_ = qt6Services().application->connectedScenes().at(0);
-    return *scene_;
-  }
-
-  std::shared_ptr<platform::WindowScene> scene_;
-  std::unique_ptr<platform::OverlaySurface> surface_;
-};
-
-bool isRed(const QImage& picture, QPoint at) {
-  const QColor color = picture.pixelColor(at);
-  return color.red() > 240 && color.green() < 15 && color.blue() < 15;
-}
-
-template <class Widget>
-std::unique_ptr<Widget> shown(std::unique_ptr<Widget> widget) {
-  widget->show();
-  widget->activateWindow();
-  pumpUntil([&] { return widget->isActiveWindow() && widget->windowHandle()->isExposed(); });
-  return widget;
-}
 
 class Form : public QWidget {
  public:

@@ -107,8 +107,9 @@ class FakeUrlLoading : public platform::UrlLoading {
    public:
     Session(std::shared_ptr<FakeUrlSessionRecord> record, OnResume onResume)
         : record_(std::move(record)), onResume_(std::move(onResume)) {}
-    std::unique_ptr<platform::UrlSessionDataTask> dataTask(platform::UrlRequest request) override {
-      record_->request = std::move(request);
+    std::unique_ptr<platform::UrlSessionDataTask> dataTask(
+        const platform::UrlRequest& request) override {
+      record_->request = request;
       return std::make_unique<Task>(record_, onResume_);
     }
     void invalidateAndCancel() override { ++record_->invalidations; }

@@ -37,10 +37,14 @@ TEST(ProbeOrbView, IsAPillWithAnIconAndAText) {
   EXPECT_EQ(orb.borderWidth, 1.5);
   EXPECT_EQ(orb.borderColor, (platform::Color{0, 122 / 255.0, 1, 0.6}));
   EXPECT_EQ(orb.blurView().size(), orb.size());
+  EXPECT_GT(orb.blurView().radius, 0);
+  EXPECT_GT(orb.blurView().tint.alpha, 0.5) << "colours are read over it";
+  EXPECT_LT(orb.blurView().tint.alpha, 1);
   EXPECT_EQ(orb.glowLayer().size(), orb.size());
   EXPECT_EQ(orb.glowLayer().cornerRadius, 18);
   EXPECT_EQ(orb.glowLayer().superlayer(), &orb.blurView());
   EXPECT_EQ(orb.iconLabel().font, (platform::Font{13, false}));
+  EXPECT_EQ(orb.iconLabel().alignment, platform::TextLine::Alignment::centered);
   EXPECT_EQ(orb.iconLabel().size(), (platform::Size{24, 36}));
   EXPECT_EQ(orb.iconLabel().value(Property::positionX), 18);
   EXPECT_EQ(orb.textLabel().font, (platform::Font{10, true}));

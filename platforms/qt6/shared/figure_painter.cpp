@@ -11,6 +11,8 @@
 #include <QTransform>
 #include <cmath>
 
+#include "platforms/qt6/shared/out_of_focus.h"
+
 namespace tarnix::qt6 {
 
 namespace {
@@ -121,6 +123,12 @@ class ShapePainter {
                                    Qt::RoundJoin));
   }
 
+  void operator()(const platform::Backdrop& backdrop) const {
+    const QPainterPath path = roundedPath(toRect(backdrop.frame), 0);
+    paintOutOfFocus(painter_, clip_ ? path.intersected(*clip_) : path, backdrop.radius);
+    fill(path, toColor(backdrop.tint));
+  }
+
   void operator()(const platform::HorizontalGradient& gradient) const {
     const QRectF frame = toRect(gradient.frame);
     QLinearGradient brush(frame.topLeft(), frame.topRight());
@@ -193,6 +201,7 @@ struct ShapeBounds {
   QRectF operator()(const platform::HorizontalGradient& gradient) const {
     return toRect(gradient.frame);
   }
+  QRectF operator()(const platform::Backdrop& backdrop) const { return toRect(backdrop.frame); }
 };
 
 }  // namespace

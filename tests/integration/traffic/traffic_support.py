@@ -43,10 +43,11 @@ def environment(with_probe):
 class Process:
     """A program under test, its lines on standard error gathered as they come."""
 
-    def __init__(self, command, with_probe=True, variables=()):
+    def __init__(self, command, with_probe=True, variables=None, **options):
         self.process = subprocess.Popen(
-            [str(word) for word in command], env=environment(with_probe) | dict(variables),
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            [str(word) for word in command],
+            env={**environment(with_probe), **(variables or {})}, stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
         self.errors = []
         self.reader = threading.Thread(target=self.read_errors, daemon=True)
         self.reader.start()
