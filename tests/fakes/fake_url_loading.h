@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -69,8 +70,8 @@ class FakeUrlLoading : public platform::UrlLoading {
   bool hasEphemeral = true;
   /// What the protocol list of a fresh configuration is.
   std::optional<platform::UrlSessionConfiguration::ProtocolClasses> freshClasses;
-  int defaultCalls = 0;
-  int ephemeralCalls = 0;
+  std::atomic<int> defaultCalls = 0;
+  std::atomic<int> ephemeralCalls = 0;
   std::vector<platform::UrlProtocolClass*> registered;
   std::vector<std::shared_ptr<FakeUrlSessionRecord>> sessions;
   /// Runs when a task starts, on its thread. Set before any session is made.

@@ -373,6 +373,11 @@ void AnswerReply::copyHeadOf(const QNetworkReply& next) {
 }
 
 void AnswerReply::fail(NetworkError code, const QString& text) {
+  if (error() != NoError) {
+    // Aborted from within the slot that hears of the first error, which stays the only one.
+    finish();
+    return;
+  }
   setError(code, text);
   const QPointer<AnswerReply> self(this);
   Q_EMIT errorOccurred(code);

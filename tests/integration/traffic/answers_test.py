@@ -86,7 +86,8 @@ class Answers(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.server = ScriptedServer()
-        cls.host = TraceHost(cls.server, with_probe=True)
+        # Memory that was given back holds nothing that could still be taken for a reply.
+        cls.host = TraceHost(cls.server, with_probe=True, MALLOC_PERTURB_="165")
         cls.companion = Companion(cls.host.port())
         cls.rules = []
 
@@ -125,6 +126,41 @@ class Answers(unittest.TestCase):
                     self.assertEqual("\n".join(mocked), "\n".join(min(real)))
                 for pattern in rules:
                     self.assertFalse([target for target in reached if pattern in target])
+
+    def add_rules_for_every_signal(self):
+        elsewhere = {**HEADERS, "Location": "/plain", "Content-Length": "9"}
+        again = {**HEADERS, "Location": "/loop", "Content-Length": "0"}
+        self.add("Mock", urlPattern="/plain", **answer(200, PLAIN, "hello"))
+        self.add("Mock", urlPattern="/redirect", **answer(302, elsewhere, "elsewhere"))
+        self.add("Mock", urlPattern="/loop", **answer(302, again, ""))
+        self.add("Mock", urlPattern="/status", **answer(404, {**TEXT, "Content-Length": "4"}, "gone"))
+
+    def test_take_what_is_done_in_their_signals_as_a_servers_do(self):
+        for scenario in ("abort-everywhere", "loop-everywhere"):
+            with self.subTest(scenario):
+                real = [self.without_connecting(self.host.trace(scenario)) for _ in range(3)]
+                self.add_rules_for_every_signal()
+                self.server.take_requests()
+                mocked = self.without_connecting(self.host.trace(scenario))
+                self.assertEqual({request["target"] for request in self.server.take_requests()},
+                                 {"/failing"}, "which no rule is for")
+                self.tearDown()
+                if mocked not in real:
+                    self.assertEqual(mocked, real[0])
+
+    def without_connecting(self, trace):
+        """Whether there is a connection already is a matter of how long ago it was used."""
+        return [line for line in trace if "socketStartedConnecting" not in line]
+
+    def test_can_be_deleted_in_each_of_their_signals(self):
+        self.add_rules_for_every_signal()
+        self.add("Intercept", urlPattern="/failing", name="No")
+        trace = self.host.trace("mocked-delete-everywhere")
+        for line in trace:
+            self.assertRegex(line, r": (done, gone|never sent, \d+)$")
+        for path in ("/plain", "/redirect", "/loop", "/status?code=404&body=gone", "/failing"):
+            self.assertIn(f"  deleted in finished of {path}: done, gone", trace)
+        self.assertEqual(sum("done" in line for line in trace), 8 + 9 + 9 + 9 + 6)
 
     def test_keep_cookies(self):
         self.add("Mock", urlPattern="/cookie", **answer(

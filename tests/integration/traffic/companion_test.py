@@ -133,6 +133,57 @@ class WaysOfQml(unittest.TestCase):
         return set(shown.stdout.split())
 
 
+class DeepLinks(unittest.TestCase):
+    """Go to the application where it takes them, to the desktop otherwise."""
+
+    def setUp(self):
+        self.server = ScriptedServer()
+        self.folder = tempfile.TemporaryDirectory()
+        self.opened = pathlib.Path(self.folder.name) / "opened"
+        # What stands for the desktop.
+        desktop = pathlib.Path(self.folder.name) / "xdg-open"
+        desktop.write_text(f'#!/bin/sh\necho "$1" >> {self.opened}\n', encoding="ascii")
+        desktop.chmod(0o755)
+        # Without a display there is no desktop for the toolkit.
+        reading, writing = os.pipe()
+        self.display = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-nolisten", "tcp"],
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                        pass_fds=[writing])
+        os.close(writing)
+        with open(reading, encoding="ascii") as number:
+            name = ":" + number.readline().strip()
+        self.host = TraceHost(self.server, with_probe=True, QT_QPA_PLATFORM="xcb", DISPLAY=name,
+                              PATH=f"{self.folder.name}:{os.environ['PATH']}")
+        self.host.port()
+
+    def tearDown(self):
+        self.host.kill()
+        self.display.terminate()
+        self.display.wait()
+        self.server.close()
+        self.folder.cleanup()
+
+    def open(self, url):
+        done = subprocess.run([TARNIX, "open", url, "--pid", str(self.host.pid)],
+                              capture_output=True, text=True, timeout=TIME_LIMIT)
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
+
+    def test_of_the_application_go_to_its_handler(self):
+        self.open("shop://item/42?from=mail%20box#top")
+        self.open("SHOP://item/43")
+        wait_for(lambda: len(self.host.trace("opened")) == 2, "both links")
+        self.assertEqual(self.host.trace("opened"),
+                         ["  shop://item/42?from=mail%20box#top", "  shop://item/43"])
+        self.assertFalse(self.opened.exists())
+
+    def test_of_others_go_to_the_desktop(self):
+        self.open("other://item/42?from=mail%20box#top")
+        wait_for(self.opened.exists, "the desktop's part")
+        wait_for(self.opened.read_text, "what the desktop was given")
+        self.assertEqual(self.opened.read_text(), "other://item/42?from=mail%20box#top\n")
+        self.assertEqual(self.host.trace("opened"), [])
+
+
 class Commands(unittest.TestCase):
     @classmethod
     def setUpClass(cls):

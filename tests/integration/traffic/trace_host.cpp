@@ -11,6 +11,7 @@
 #include <QAuthenticator>
 #include <QBuffer>
 #include <QCryptographicHash>
+#include <QDesktopServices>
 #include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
@@ -437,6 +438,55 @@ void abortInside(const char* signal, const QString& path) {
   tracer.state("end");
 }
 
+/// The signals of a reply, each with a way to have something done in it.
+std::vector<std::pair<const char*, std::function<void(QNetworkReply*, std::function<void()>)>>>
+everySignal() {
+  const auto in = [](auto signal) {
+    return [signal](QNetworkReply* reply, std::function<void()> action) {
+      QObject::connect(reply, signal, [action] { action(); });
+    };
+  };
+  return {{"socketStartedConnecting", in(&QNetworkReply::socketStartedConnecting)},
+          {"requestSent", in(&QNetworkReply::requestSent)},
+          {"uploadProgress", in(&QNetworkReply::uploadProgress)},
+          {"metaDataChanged", in(&QNetworkReply::metaDataChanged)},
+          {"redirected", in(&QNetworkReply::redirected)},
+          {"readyRead", in(&QNetworkReply::readyRead)},
+          {"downloadProgress", in(&QNetworkReply::downloadProgress)},
+          {"errorOccurred", in(&QNetworkReply::errorOccurred)},
+          {"readChannelFinished", in(&QNetworkReply::readChannelFinished)},
+          {"aboutToClose", in(&QNetworkReply::aboutToClose)},
+          {"finished", in(&QNetworkReply::finished)}};
+}
+
+/// Does something in each signal in turn, with replies of several kinds. Writes what came of it.
+void inEverySignal(const char* what, const std::function<void(QNetworkReply*)>& action) {
+  for (const char* const path :
+       {"/plain", "/redirect", "/loop", "/status?code=404&body=gone", "/failing"}) {
+    for (const auto& [name, connect] : everySignal()) {
+      QNetworkAccessManager manager;
+      QNetworkRequest posted = request(path);
+      posted.setMaximumRedirectsAllowed(2);
+      QPointer<QNetworkReply> reply = manager.post(posted, QByteArray("body"));
+      int times = 0;
+      connect(reply, [&] {
+        if (++times == 1) {
+          action(reply);
+        }
+      });
+      for (int turn = 0; turn < 1'000 && reply != nullptr && !reply->isFinished(); ++turn) {
+        spin(1);
+      }
+      // Whatever else was on its way.
+      spin(1);
+      say(QString("  %1 in %2 of %3: %4, %5")
+              .arg(what, name, path, times > 0 ? "done" : "never sent",
+                   reply == nullptr ? QString("gone") : QString::number(int(reply->error()))));
+      delete reply;
+    }
+  }
+}
+
 std::map<QString, std::function<void()>> scenarios() {
   std::map<QString, std::function<void()>> all;
   const auto add = [&all](const char* name, std::function<void()> run) {
@@ -635,6 +685,11 @@ std::map<QString, std::function<void()>> scenarios() {
   add("delete-in-ready-read", [] { deleteInside("readyRead", "/plain"); });
   add("delete-in-error", [] { deleteInside("errorOccurred", "/status?code=404&body=x"); });
   add("delete-in-finished", [] { deleteInside("finished", "/plain"); });
+  add("mocked-delete-everywhere",
+      [] { inEverySignal("deleted", [](QNetworkReply* reply) { delete reply; }); });
+  add("abort-everywhere",
+      [] { inEverySignal("aborted", [](QNetworkReply* reply) { reply->abort(); }); });
+  add("loop-everywhere", [] { inEverySignal("looped", [](QNetworkReply*) { spin(5); }); });
   add("delete-manager", [] {
     auto manager = std::make_unique<QNetworkAccessManager>();
     traceManager(*manager);
@@ -895,6 +950,28 @@ class SteadyRequests {
   std::vector<std::unique_ptr<QThread>> threads_;
 };
 
+/// Takes the deep links of this application's own scheme.
+class LinkHandler : public QObject {
+  Q_OBJECT
+
+ public:
+  LinkHandler() { QDesktopServices::setUrlHandler("shop", this, "open"); }
+  ~LinkHandler() override { QDesktopServices::unsetUrlHandler("shop"); }
+  LinkHandler(const LinkHandler&) = delete;
+  LinkHandler& operator=(const LinkHandler&) = delete;
+
+  Q_INVOKABLE void open(const QUrl& url) { opened_.append(url.toString(QUrl::FullyEncoded)); }
+
+  void sayOpened() const {
+    for (const QString& url : opened_) {
+      say("  " + url);
+    }
+  }
+
+ private:
+  QStringList opened_;
+};
+
 /// The next line of standard input; the event loop runs while it is waited for. Null at the end.
 QString nextLine() {
   QByteArray line;
@@ -926,6 +1003,7 @@ int main(int argumentCount, char** arguments) {
   }
   base = words[1];
   const auto all = scenarios();
+  const LinkHandler links;
   std::unique_ptr<SteadyRequests> steady;
   if (const int count = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_REQUESTS"); count > 0) {
     const int threads = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_THREADS");
@@ -939,6 +1017,8 @@ int main(int argumentCount, char** arguments) {
   for (QString name = nextLine(); !name.isNull(); name = nextLine()) {
     if (const auto scenario = all.find(name); scenario != all.end()) {
       scenario->second();
+    } else if (name == "opened") {
+      links.sayOpened();
     } else if (name == "stop-steady" && steady != nullptr) {
       steady->stop();
     } else {
@@ -949,3 +1029,5 @@ int main(int argumentCount, char** arguments) {
   }
   return 0;
 }
+
+#include "trace_host.moc"

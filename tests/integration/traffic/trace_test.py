@@ -14,6 +14,8 @@ from traffic_support import *
 TRIES = 8
 # Run by other tests: these take long.
 LONG = {"gigabyte", "load"}
+# Only for answers of rules: the toolkit's own replies do not survive it.
+MOCKED = {"mocked-delete-everywhere"}
 
 
 def without_chance_progress(trace):
@@ -78,7 +80,7 @@ class Traces(unittest.TestCase):
         return "\n".join(without_chance_progress(trace) + reached)
 
     def test_is_the_same(self):
-        for scenario in sorted(set(self.bare.scenarios) - LONG):
+        for scenario in sorted(set(self.bare.scenarios) - LONG - MOCKED):
             with self.subTest(scenario):
                 known = {self.traces(self.bare, scenario)}
                 for _ in range(TRIES):

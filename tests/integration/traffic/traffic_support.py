@@ -90,10 +90,7 @@ class Process:
 
 class TraceHost(Process):
     def __init__(self, server, with_probe, **variables):
-        os.environ.update(variables)
-        super().__init__([TRACE_HOST, f"http://127.0.0.1:{server.port}"], with_probe)
-        for name in variables:
-            del os.environ[name]
+        super().__init__([TRACE_HOST, f"http://127.0.0.1:{server.port}"], with_probe, variables)
         self.scenarios = self.read_block("== ready")
 
     def read_block(self, last):
