@@ -3,6 +3,11 @@
 exchanges without the probe, with it, with it and a companion that takes every event, and through a
 scripting proxy, in turn and in one run. Prints medians, and the medians of the ratios of each turn.
 
+Two runs of the very same program differ too, by where its memory and its threads happen to lie. So
+the applications are started afresh a few times, and one of them runs twice: its second line says
+how much a difference must be to be one. Beside the time stands the processor time of the whole
+application, which other work on the machine disturbs less.
+
     traffic.py BUILD [ROUNDS]
 """
 
@@ -20,6 +25,8 @@ import time
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 ROUNDS = int(sys.argv[2]) if len(sys.argv) > 2 else 21
 START_LIMIT = 60
+# How often the applications are started, with as many of the rounds each.
+STARTS = 3
 SMALL_COUNT = 200
 BULK_BYTES = 64 << 20
 # The proxy holds all of a body before it hands it on.
@@ -64,11 +71,21 @@ class Host(Program):
                                           if with_probe else {}))
         assert self.line() == "ready"
 
+    def processor_nanoseconds(self):
+        """Of all threads that there are."""
+        total = 0
+        for statistic in pathlib.Path(f"/proc/{self.process.pid}/task").glob("*/schedstat"):
+            try:
+                total += int(statistic.read_text(encoding="ascii").split()[0])
+            except OSError:
+                pass  # The thread has ended.
+        return total
+
     def port(self):
         def look():
             listed = subprocess.run([BUILD / "bin/tarnix", "list", "--json"], capture_output=True)
             hosts = json.loads(listed.stdout)["hosts"] if listed.stdout else []
-            return next((host["port"] for host in hosts if host["pid"] == self.process.pid), None)
+            return next((host["port"] for host in hosts if host.get("pid") == self.process.pid), None)
         return wait_for(look, "a probe")
 
 
@@ -82,17 +99,34 @@ def answers(port):
         return peer.connect_ex(("127.0.0.1", port)) == 0
 
 
-def table(title, hosts, words, show, rounds=ROUNDS):
-    """Every host in every round, the order turned by one each time."""
-    print(f"\n{title}, medians of {rounds} rounds")
-    times = {name: [] for name in hosts}
-    names = list(hosts)
-    for turn in range(rounds):
-        for name in names[turn % len(names):] + names[:turn % len(names)]:
-            times[name].append(hosts[name].nanoseconds(words))
-    for name in hosts:
-        ratio = statistics.median(one / base for one, base in zip(times[name], times[names[0]]))
-        print(f"  {name:32} {show(statistics.median(times[name])):>16}   {ratio:6.3f} x the time")
+class Table:
+    """What `words` take each host, in turn; the first host is the one to compare with."""
+
+    def __init__(self, title, words, show, rounds=ROUNDS):
+        self.title, self.words, self.show = title, words, show
+        self.rounds = max(1, rounds // STARTS)
+        self.times, self.work = {}, {}
+
+    def measure(self, hosts):
+        """Every host in every round, the order turned by one each time."""
+        names = list(hosts)
+        for turn in range(self.rounds):
+            for name in names[turn % len(names):] + names[:turn % len(names)]:
+                before = hosts[name].processor_nanoseconds()
+                self.times.setdefault(name, []).append(hosts[name].nanoseconds(self.words))
+                self.work.setdefault(name, []).append(
+                    hosts[name].processor_nanoseconds() - before)
+
+    def print(self):
+        print(f"\n{self.title}, medians of {self.rounds * STARTS} rounds")
+
+        def ratio(values, name):
+            base = values[next(iter(values))]
+            return statistics.median(one / other for one, other in zip(values[name], base))
+        for name, times in self.times.items():
+            print(f"  {name:32} {self.show(statistics.median(times)):>16}   "
+                  f"{ratio(self.times, name):6.3f} x the time   "
+                  f"{ratio(self.work, name):6.3f} x the processor time")
 
 
 def receive(port, request=b"", size=None):
@@ -142,65 +176,87 @@ def measure_full_sync(host, server):
           f"{ratio:6.3f} x the time; bound: 3")
 
 
+class Applications:
+    """One start of everything that is compared."""
+
+    def __init__(self, port):
+        self.folder = tempfile.TemporaryDirectory()
+        self.hosts = {"without the probe": Host(port), "the same once more": Host(port),
+                      "with the probe": Host(port, with_probe=True),
+                      "with the probe and a companion": Host(port, with_probe=True)}
+        self.mocked = Host(port, with_probe=True)
+        self.running = [*self.hosts.values(), self.mocked]
+        watched = self.hosts["with the probe and a companion"]
+        watched.port()
+        self.watch = subprocess.Popen(
+            [BUILD / "bin/tarnix", "watch", "--json", "--pid", str(watched.process.pid)],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.mocked.port()
+        subprocess.run([BUILD / "bin/tarnix", "mock", "add", "/mocked", "--pid",
+                        str(self.mocked.process.pid)], stdout=subprocess.DEVNULL, check=True)
+        self.proxy = self.proxied = None
+        if shutil.which("mitmdump"):
+            self.start_proxy(port)
+        self.hosts["with the probe"].port()
+        for host in self.running:
+            host.nanoseconds("get /small 50")
+
+    def start_proxy(self, port):
+        proxy_port = free_port()
+        body = pathlib.Path(self.folder.name) / "mocked"
+        body.write_text("{}", encoding="ascii")
+        self.proxy = subprocess.Popen(
+            ["mitmdump", "-q", "--listen-host", "127.0.0.1", "-p", str(proxy_port), "--set",
+             f"confdir={self.folder.name}", "--map-local", f"|/mocked|{body}"],
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for(lambda: answers(proxy_port), "the proxy")
+        self.proxied = Host(port, proxy_port)
+        self.running.append(self.proxied)
+
+    def with_proxied(self, hosts):
+        return {**hosts, "through mitmproxy": self.proxied} if self.proxied else hosts
+
+    def end(self):
+        self.watch.terminate()
+        self.watch.wait()
+        if self.proxy:
+            self.proxy.terminate()
+            self.proxy.wait()
+        for program in self.running:
+            program.end()
+        self.folder.cleanup()
+
+
 def main():
     os.environ["QT_QPA_PLATFORM"] = "offscreen"
-    running, folder = [], tempfile.TemporaryDirectory()
     server = Program([BUILD / "bin/bench_traffic_server"])
-    running.append(server)
     port = int(server.line())
-    hosts = {"without the probe": Host(port), "with the probe": Host(port, with_probe=True),
-             "with the probe and a companion": Host(port, with_probe=True)}
-    mocked = Host(port, with_probe=True)
-    running += [*hosts.values(), mocked]
-    watched = hosts["with the probe and a companion"]
-    watched.port()
-    watch = subprocess.Popen([BUILD / "bin/tarnix", "watch", "--json", "--pid",
-                              str(watched.process.pid)], stdout=subprocess.DEVNULL,
-                             stderr=subprocess.DEVNULL)
-    mocked.port()
-    subprocess.run([BUILD / "bin/tarnix", "mock", "add", "/mocked", "--pid",
-                    str(mocked.process.pid)], stdout=subprocess.DEVNULL, check=True)
-    proxy = None
-    if shutil.which("mitmdump"):
-        proxy_port = free_port()
-        body = pathlib.Path(folder.name) / "mocked"
-        body.write_text("{}", encoding="ascii")
-        proxy = subprocess.Popen(
-            ["mitmdump", "-q", "--listen-host", "127.0.0.1", "-p", str(proxy_port), "--set",
-             f"confdir={folder.name}", "--map-local", f"|/mocked|{body}"], stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        wait_for(lambda: answers(proxy_port), "the proxy")
-        hosts["through mitmproxy"] = Host(port, proxy_port)
-        running.append(hosts["through mitmproxy"])
-    try:
-        hosts["with the probe"].port()
-        for host in hosts.values():
-            host.nanoseconds("get /small 50")
-        table(f"a small exchange ({SMALL_COUNT} a round); bound with the probe: 1.10", hosts,
-              f"get /small {SMALL_COUNT}", lambda time: f"{time / 1000:.1f} us")
-        proxied = hosts.pop("through mitmproxy", None)
-        table("a bulk download of 64 MiB; bound with the probe: 1.03", hosts,
-              f"bulk {BULK_BYTES}", lambda time: f"{BULK_BYTES / time * 1000:.0f} MB/s")
-        if proxied:
-            table("a bulk download of 8 MiB",
-                  {"without the probe": hosts["without the probe"], "through mitmproxy": proxied},
-                  f"bulk {PROXIED_BYTES}", lambda time: f"{PROXIED_BYTES / time * 1000:.0f} MB/s",
-                  3)
-        answered = {"by the server, no probe": hosts["without the probe"], "by a mock": mocked}
-        if proxied:
-            answered["by mitmproxy"] = proxied
-        table("answers, one request after the other", answered, f"get /mocked {SMALL_COUNT}",
-              lambda time: f"{1e9 / time:.0f} a second")
-        measure_full_sync(hosts["with the probe"], port)
-    finally:
-        watch.terminate()
-        watch.wait()
-        if proxy:
-            proxy.terminate()
-            proxy.wait()
-        for program in running:
-            program.end()
-        folder.cleanup()
+    small = Table(f"a small exchange ({SMALL_COUNT} a round); bound with the probe: 1.10",
+                  f"get /small {SMALL_COUNT}", lambda time: f"{time / 1000:.1f} us")
+    bulk = Table("a bulk download of 64 MiB; bound with the probe: 1.03", f"bulk {BULK_BYTES}",
+                 lambda time: f"{BULK_BYTES / time * 1000:.0f} MB/s", 3 * ROUNDS)
+    proxied = Table("a bulk download of 8 MiB", f"bulk {PROXIED_BYTES}",
+                    lambda time: f"{PROXIED_BYTES / time * 1000:.0f} MB/s", STARTS)
+    answered = Table("answers, one request after the other", f"get /mocked {SMALL_COUNT}",
+                     lambda time: f"{1e9 / time:.0f} a second")
+    for start in range(STARTS):
+        applications = Applications(port)
+        bare = applications.hosts["without the probe"]
+        try:
+            small.measure(applications.with_proxied(applications.hosts))
+            bulk.measure(applications.hosts)
+            if applications.proxied:
+                proxied.measure(applications.with_proxied({"without the probe": bare}))
+            answered.measure(applications.with_proxied(
+                {"by the server, no probe": bare, "by a mock": applications.mocked}))
+            if start == STARTS - 1:
+                for table in (small, bulk, proxied, answered):
+                    if table.times:
+                        table.print()
+                measure_full_sync(applications.hosts["with the probe"], port)
+        finally:
+            applications.end()
+    server.end()
 
 
 if __name__ == "__main__":

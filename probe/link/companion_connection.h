@@ -8,6 +8,7 @@
 
 #include "probe/link/companion_framer.h"
 #include "probe/link/companion_message.h"
+#include "probe/link/outgoing_frame.h"
 #include "probe/platform/network.h"
 
 namespace tarnix {
@@ -56,6 +57,24 @@ class CompanionConnection : public std::enable_shared_from_this<CompanionConnect
   void receiveCompanionMessage(ReceiveHandler handler);
 
  private:
+  struct Outgoing {
+    CompanionMessage message;
+    SendCompletion completion;
+  };
+  /// A message that is written in pieces.
+  struct LongSend {
+    OutgoingFrame frame;
+    SendCompletion completion;
+    std::size_t piecesOnTheirWay = 0;
+  };
+
+  void write(Outgoing outgoing);
+  void writeLong(Outgoing outgoing);
+  void writePiece(const std::shared_ptr<LongSend>& send);
+  void handlePieceWritten(const std::shared_ptr<LongSend>& send,
+                          const std::optional<platform::NetworkError>& error);
+  void endLongSend(const std::optional<platform::NetworkError>& error);
+
   void serveReceivers();
   bool serveNextReceiver();
   void requestBytes();
@@ -66,6 +85,10 @@ class CompanionConnection : public std::enable_shared_from_this<CompanionConnect
   platform::SerialQueue& queue_;
 
   // Below: on the queue only.
+  /// Null when none is on its way.
+  std::shared_ptr<LongSend> longSend_;
+  /// What waits for its end.
+  std::deque<Outgoing> waiting_;
   CompanionFramer framer_;
   std::deque<ReceiveHandler> receivers_;
   bool isReceiving_ = false;

@@ -46,6 +46,17 @@ std::optional<std::string> CompanionFramer::nextBody() {
   return std::nullopt;
 }
 
+std::optional<std::string> CompanionFramer::headerOf(std::uint64_t bodySize) {
+  if (bodySize > maximumBodySize) {
+    return std::nullopt;
+  }
+  std::string header(headerSize, '\0');
+  for (std::size_t index = 0; index < headerSize; ++index) {
+    header[index] = static_cast<char>(bodySize >> (8 * (headerSize - 1 - index)));
+  }
+  return header;
+}
+
 std::optional<std::string> CompanionFramer::handleOutput(std::string_view body) {
   if (body.size() > maximumBodySize) {
     return std::nullopt;
@@ -58,13 +69,11 @@ std::optional<std::string> CompanionFramer::handleOutput(std::string_view body) 
 }
 
 std::optional<std::string> CompanionFramer::finishOutput(std::string headerAndBody) {
-  const std::size_t size = headerAndBody.size() - headerSize;
-  if (size > maximumBodySize) {
+  const std::optional<std::string> header = headerOf(headerAndBody.size() - headerSize);
+  if (!header) {
     return std::nullopt;
   }
-  for (std::size_t index = 0; index < headerSize; ++index) {
-    headerAndBody[index] = static_cast<char>(size >> (8 * (headerSize - 1 - index)));
-  }
+  headerAndBody.replace(0, headerSize, *header);
   return headerAndBody;
 }
 

@@ -29,6 +29,9 @@ class CompanionFramer {
   /// arrived, never with what a header announces.
   std::optional<std::string> nextBody();
 
+  /// The header alone; nothing when a body of that size is larger than a header can say.
+  static std::optional<std::string> headerOf(std::uint64_t bodySize);
+
   /// Header and body, ready to be written; nothing when the body is larger than a header can say.
   static std::optional<std::string> handleOutput(std::string_view body);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,8 @@ struct CompanionMessage {
   CompanionMessageType type = CompanionMessageType::heartbeat;
   std::string payload;
   Timestamp timestamp;
+  /// In the place of `payload`, for a message that is sent and has long byte strings; else null.
+  std::shared_ptr<const JsonText> longPayload = nullptr;
 
   /// Nothing when the record cannot be encoded (see `encodeJson`).
   template <Record R>
@@ -32,13 +35,28 @@ struct CompanionMessage {
     return CompanionMessage{type, *std::move(payload), now};
   }
 
+  /// The same for a record that may be large. It must not change any more.
+  template <Record R>
+  static std::optional<CompanionMessage> makeLong(CompanionMessageType type,
+                                                  std::shared_ptr<const R> record, Timestamp now) {
+    std::optional<JsonText> text = encodeJsonText(std::move(record));
+    if (!text) {
+      return std::nullopt;
+    }
+    if (text->leftOut.empty()) {
+      return CompanionMessage{type, std::move(text->text), now};
+    }
+    return CompanionMessage{type, "", now, std::make_shared<const JsonText>(*std::move(text))};
+  }
+
   /// The payload as a record; nothing when it is not one (see `decodeJson`).
   template <Record R>
   std::optional<R> decode() const {
     return decodeJson<R>(payload);
   }
 
-  /// The JSON text of the envelope, behind `start`; nothing when the timestamp is not finite.
+  /// The JSON text of the envelope around `payload`, behind `start`; nothing when the timestamp is
+  /// not finite.
   std::optional<std::string> encodeEnvelope(std::string start = {}) const;
 
   /// Nothing when a key is missing, the type is not in the table, the payload is not Base64 or the

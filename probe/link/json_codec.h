@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@
 
 #include "probe/link/base64.h"
 #include "probe/link/bytes.h"
+#include "probe/link/json_text.h"
 #include "probe/link/json_value.h"
 #include "probe/link/json_writer.h"
 #include "probe/link/record.h"
@@ -29,6 +31,10 @@ namespace tarnix {
 /// The text stands behind `start`, if there is one.
 template <Record R>
 std::optional<std::string> encodeJson(const R& record, std::string start = {});
+
+/// The same with long byte strings left out, which stay where they are in `record`.
+template <Record R>
+std::optional<JsonText> encodeJsonText(std::shared_ptr<const R> record);
 
 /// Nothing when `json` is not an object, misses a required field, or has a field of another type.
 /// Unknown keys are passed over; null counts as absent.
@@ -62,6 +68,11 @@ inline std::size_t expectedSize(const std::map<std::string, std::string>& value)
 
 template <Record R>
 std::size_t expectedSize(const R& record);
+
+template <Record R>
+std::size_t expectedSize(const std::shared_ptr<const R>& record) {
+  return expectedSize(*record);
+}
 
 template <class T>
 std::size_t expectedSize(const std::vector<T>& values) {
@@ -114,6 +125,11 @@ inline void write(JsonWriter& writer, const std::map<std::string, std::string>& 
 
 template <Record R>
 void write(JsonWriter& writer, const R& record);
+
+template <Record R>
+void write(JsonWriter& writer, const std::shared_ptr<const R>& record) {
+  write(writer, *record);
+}
 
 template <class T>
 void write(JsonWriter& writer, const std::vector<T>& values) {
@@ -237,6 +253,18 @@ std::optional<std::string> encodeJson(const R& record, std::string start) {
   json::write(writer, record);
   std::string text;
   return writer.take(text) ? std::optional(std::move(text)) : std::nullopt;
+}
+
+template <Record R>
+std::optional<JsonText> encodeJsonText(std::shared_ptr<const R> record) {
+  JsonText result;
+  JsonWriter writer(result.leftOut);
+  json::write(writer, *record);
+  if (!writer.take(result.text)) {
+    return std::nullopt;
+  }
+  result.owner = std::move(record);
+  return result;
 }
 
 template <Record R>

@@ -128,10 +128,15 @@ struct JsonWriter::Implementation {
   StringStream stream;
   Writer writer{stream};
   bool complete = true;
+  /// Null when everything is written.
+  std::vector<JsonText::LeftOut>* leftOut = nullptr;
 };
 
 JsonWriter::JsonWriter(std::string start) : implementation_(std::make_unique<Implementation>()) {
   implementation_->stream.text = std::move(start);
+}
+JsonWriter::JsonWriter(std::vector<JsonText::LeftOut>& leftOut) : JsonWriter(std::string()) {
+  implementation_->leftOut = &leftOut;
 }
 JsonWriter::~JsonWriter() = default;
 
@@ -152,8 +157,13 @@ void JsonWriter::string(std::string_view text) {
 
 void JsonWriter::base64(std::string_view bytes) {
   implementation_->writer.RawValue("\"", 1, rapidjson::kStringType);
-  appendBase64(bytes, implementation_->stream.text);
-  implementation_->stream.text.push_back('"');
+  std::string& text = implementation_->stream.text;
+  if (implementation_->leftOut != nullptr && bytes.size() >= JsonText::shortestLeftOut) {
+    implementation_->leftOut->push_back({text.size(), bytes});
+  } else {
+    appendBase64(bytes, text);
+  }
+  text.push_back('"');
 }
 
 void JsonWriter::integer(std::int64_t value) { implementation_->writer.Int64(value); }

@@ -4,6 +4,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "probe/link/json_text.h"
 
 namespace tarnix {
 
@@ -16,6 +19,8 @@ class JsonWriter {
  public:
   /// Writes behind `start`, and within its capacity as long as that lasts.
   explicit JsonWriter(std::string start = {});
+  /// Leaves long byte strings out of the text, which are added to `leftOut` instead.
+  explicit JsonWriter(std::vector<JsonText::LeftOut>& leftOut);
   ~JsonWriter();
 
   void startObject();

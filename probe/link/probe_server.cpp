@@ -152,8 +152,9 @@ void ProbeServer::handleConnectionState(platform::ConnectionState state) {
 }
 
 void ProbeServer::sendFullSync() {
-  std::optional<CompanionMessage> message = CompanionMessage::make(
-      CompanionMessageType::syncFull, ProbeSyncBuilder::buildFullSync(), platform::now());
+  std::optional<CompanionMessage> message = CompanionMessage::makeLong(
+      CompanionMessageType::syncFull,
+      std::make_shared<const OutgoingFullSync>(ProbeSyncBuilder::buildFullSync()), platform::now());
   if (message) {
     send(*std::move(message));
   }

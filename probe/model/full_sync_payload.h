@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -19,10 +20,12 @@
 namespace tarnix {
 
 /// Everything that the probe holds, and a description of the host: the first message of every
-/// connection. Sections that the probe never fills are sent empty.
-struct FullSyncPayload {
+/// connection. Sections that the probe never fills are sent empty. `Request` is an exchange, or
+/// what points at one.
+template <class Request>
+struct FullSync {
   /// Oldest first.
-  std::vector<TransferableNetworkRequest> httpRequests;
+  std::vector<Request> httpRequests;
   std::vector<TransferableWSConnection> wsConnections;
   /// Oldest first.
   std::vector<TransferableLogEntry> logEntries;
@@ -39,23 +42,28 @@ struct FullSyncPayload {
   std::string appVersion;
   std::optional<std::vector<TarnixFlow>> recordedFlows;
 
-  bool operator==(const FullSyncPayload&) const = default;
+  bool operator==(const FullSync&) const = default;
 
   static constexpr auto fields() {
-    return std::tuple{Field{"httpRequests", &FullSyncPayload::httpRequests},
-                      Field{"wsConnections", &FullSyncPayload::wsConnections},
-                      Field{"logEntries", &FullSyncPayload::logEntries},
-                      Field{"environmentState", &FullSyncPayload::environmentState},
-                      Field{"rulesState", &FullSyncPayload::rulesState},
-                      Field{"qaState", &FullSyncPayload::qaState},
-                      Field{"userDefaultsEntries", &FullSyncPayload::userDefaultsEntries},
-                      Field{"keychainEntries", &FullSyncPayload::keychainEntries},
-                      Field{"currentScreen", &FullSyncPayload::currentScreen},
-                      Field{"deviceName", &FullSyncPayload::deviceName},
-                      Field{"appName", &FullSyncPayload::appName},
-                      Field{"appVersion", &FullSyncPayload::appVersion},
-                      Field{"recordedFlows", &FullSyncPayload::recordedFlows}};
+    return std::tuple{Field{"httpRequests", &FullSync::httpRequests},
+                      Field{"wsConnections", &FullSync::wsConnections},
+                      Field{"logEntries", &FullSync::logEntries},
+                      Field{"environmentState", &FullSync::environmentState},
+                      Field{"rulesState", &FullSync::rulesState},
+                      Field{"qaState", &FullSync::qaState},
+                      Field{"userDefaultsEntries", &FullSync::userDefaultsEntries},
+                      Field{"keychainEntries", &FullSync::keychainEntries},
+                      Field{"currentScreen", &FullSync::currentScreen},
+                      Field{"deviceName", &FullSync::deviceName},
+                      Field{"appName", &FullSync::appName},
+                      Field{"appVersion", &FullSync::appVersion},
+                      Field{"recordedFlows", &FullSync::recordedFlows}};
   }
 };
+
+using FullSyncPayload = FullSync<TransferableNetworkRequest>;
+
+/// The same to send: the exchanges stay where they are in the store.
+using OutgoingFullSync = FullSync<std::shared_ptr<const TransferableNetworkRequest>>;
 
 }  // namespace tarnix

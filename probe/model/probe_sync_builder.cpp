@@ -18,7 +18,7 @@ std::string appName(const platform::Bundle& bundle) {
 
 }  // namespace
 
-FullSyncPayload buildFullSync() {
+OutgoingFullSync buildFullSync() {
   platform::assertMainThread();
   const platform::Platform& platform = platform::current();
   const std::string version =
@@ -27,10 +27,10 @@ FullSyncPayload buildFullSync() {
 
   // The first companion may come before the captures are installed.
   ProbeScreenTracker::install();
-  FullSyncPayload payload;
+  OutgoingFullSync payload;
   ProbeState& state = ProbeState::shared();
   state.refreshUserDefaults();
-  payload.httpRequests = state.httpRequests();
+  payload.httpRequests = state.sharedRequests();
   payload.logEntries = state.logEntries();
   payload.userDefaultsEntries = state.userDefaults();
   payload.qaState.buildNumber = build;

@@ -7,6 +7,6 @@ namespace tarnix::ProbeSyncBuilder {
 
 /// Everything that the probe holds at this moment, after a fresh look at the host's settings. The
 /// rules that the probe applies are not part of it.
-FullSyncPayload buildFullSync();
+OutgoingFullSync buildFullSync();
 
 }  // namespace tarnix::ProbeSyncBuilder

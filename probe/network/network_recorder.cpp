@@ -74,6 +74,28 @@ void complete(TransferableNetworkRequest& record, ObservedExchange& exchange) {
   record.source = captureSource;
 }
 
+std::optional<CompanionMessage> messageOf(const TransferableNetworkRequest& record,
+                                          Timestamp now) noexcept {
+  try {
+    return CompanionMessage::make(CompanionMessageType::eventHttpRequest, record, now);
+  } catch (...) {
+    // Memory ran out: the event is lost, the store still has the exchange.
+    return std::nullopt;
+  }
+}
+
+/// On the main thread.
+void tell(std::optional<CompanionMessage> message) noexcept {
+  if (!message) {
+    return;
+  }
+  try {
+    ProbeServer::shared().send(*std::move(message));
+  } catch (...) {
+    // As above.
+  }
+}
+
 }  // namespace
 
 std::shared_ptr<TransferableNetworkRequest> begin(const platform::UrlRequest& request) {
@@ -97,18 +119,18 @@ void finish(std::shared_ptr<TransferableNetworkRequest> begun, ObservedExchange 
     // the connection counts as one. Waking the main thread for nobody would slow the host down.
     return;
   }
-  std::optional<CompanionMessage> message =
-      CompanionMessage::make(CompanionMessageType::eventHttpRequest, *made, platform::now());
-  if (!message) {
-    return;
+  const Timestamp now = platform::now();
+  platform::MainQueue& mainQueue = *platform::current().mainQueue;
+  if (mainQueue.isCurrent()) {
+    // Put into words when the host has had its turn, and only if it is sent then.
+    mainQueue.async([made, now] {
+      if (ProbeServer::shared().hasRoom(CompanionMessageType::eventHttpRequest)) {
+        tell(messageOf(*made, now));
+      }
+    });
+  } else if (std::optional<CompanionMessage> message = messageOf(*made, now)) {
+    mainQueue.async([message = std::move(message)]() mutable { tell(std::move(message)); });
   }
-  platform::current().mainQueue->async([message = *std::move(message)]() mutable {
-    try {
-      ProbeServer::shared().send(std::move(message));
-    } catch (...) {
-      // Memory ran out: the event is lost, the store still has the exchange.
-    }
-  });
 }
 
 }  // namespace tarnix::network_recorder

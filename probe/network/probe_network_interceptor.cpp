@@ -168,6 +168,9 @@ void ProbeNetworkInterceptor::recordRequest(const std::optional<platform::UrlErr
   network_recorder::finish(
       std::move(begunRecord_),
       {request_, startTime_, std::move(responseObject_), std::move(responseData_), error});
+  // A body can be large, and the host may keep what this belongs to.
+  request_.httpBody.reset();
+  request_.httpBodyStream.reset();
 }
 
 }  // namespace tarnix

@@ -31,7 +31,7 @@ TEST_F(ProbeSyncBuilderTest, DescribesTheHostByWhatItSays) {
   };
   for (const AppCase& row : table) {
     world_.bundle.info = row.info;
-    const FullSyncPayload sync = buildFullSync();
+    const OutgoingFullSync sync = buildFullSync();
     EXPECT_EQ(sync.appName, row.appName);
     EXPECT_EQ(sync.appVersion, row.appVersion);
     EXPECT_EQ(sync.qaState.buildNumber, row.buildNumber);
@@ -45,8 +45,9 @@ TEST_F(ProbeSyncBuilderTest, HoldsWhatTheStoreHolds) {
   entry.message = "hello";
   ProbeState::shared().addRequest(request);
   ProbeState::shared().addLog(entry);
-  const FullSyncPayload sync = buildFullSync();
-  EXPECT_EQ(sync.httpRequests, std::vector{request});
+  const OutgoingFullSync sync = buildFullSync();
+  ASSERT_EQ(sync.httpRequests.size(), 1U);
+  EXPECT_EQ(*sync.httpRequests.front(), request);
   EXPECT_EQ(sync.logEntries, std::vector{entry});
   EXPECT_EQ(sync.deviceName, "Testbench");
 }

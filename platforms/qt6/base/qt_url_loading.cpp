@@ -59,6 +59,16 @@ class Session : public platform::UrlSession {
   platform::UrlSessionDelegate& delegate_;
 };
 
+platform::UrlProtocolClass* firstOf(const std::vector<platform::UrlProtocolClass*>& classes,
+                                    const platform::UrlRequest& request) {
+  for (platform::UrlProtocolClass* const protocolClass : classes) {
+    if (protocolClass->canInit(request)) {
+      return protocolClass;
+    }
+  }
+  return nullptr;
+}
+
 std::shared_ptr<platform::UrlSessionConfiguration> makeConfiguration() {
   return std::make_shared<Configuration>();
 }
@@ -87,18 +97,15 @@ std::unique_ptr<platform::UrlSession> QtUrlLoading::makeSession(
 }
 
 platform::UrlProtocolClass* QtUrlLoading::protocolClassFor(const platform::UrlRequest& request) {
-  std::vector<platform::UrlProtocolClass*> classes =
-      defaultGetter_()->protocolClasses().value_or(std::vector<platform::UrlProtocolClass*>());
-  {
-    const std::lock_guard guard(lock_);
-    classes.insert(classes.end(), registered_.begin(), registered_.end());
-  }
-  for (platform::UrlProtocolClass* const protocolClass : classes) {
-    if (protocolClass->canInit(request)) {
+  if (const auto classes = defaultGetter_()->protocolClasses()) {
+    if (platform::UrlProtocolClass* const protocolClass = firstOf(*classes, request)) {
       return protocolClass;
     }
   }
-  return nullptr;
+  std::unique_lock guard(lock_);
+  const std::vector<platform::UrlProtocolClass*> registered = registered_;
+  guard.unlock();
+  return firstOf(registered, request);
 }
 
 }  // namespace tarnix::qt6

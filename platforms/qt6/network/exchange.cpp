@@ -96,6 +96,7 @@ void Exchange::stop() {
   if (!std::exchange(isStopped_, true) && protocol_ != nullptr) {
     protocol_->stopLoading();
   }
+  uploadTap_.reset();
 }
 
 void Exchange::didReceive(const platform::UrlResponse& response, platform::CacheStoragePolicy) {

@@ -144,12 +144,12 @@ void ReplyObserver::complete() {
   if (exchange_ == nullptr) {
     return;
   }
-  const std::unique_ptr<Exchange> exchange = std::move(exchange_);
+  ended_ = std::move(exchange_);
   if (hasHead_ && !isHeadDelivered_) {
-    exchange->didReceiveResponse(responseOf(reply_, exchange->url()));
+    ended_->didReceiveResponse(responseOf(reply_, ended_->url()));
   }
-  exchange->didComplete(transportErrorOf(reply_));
-  exchange->stop();
+  ended_->didComplete(transportErrorOf(reply_));
+  ended_->stop();
 }
 
 }  // namespace tarnix::qt6

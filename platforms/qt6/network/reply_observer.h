@@ -44,6 +44,9 @@ class ReplyObserver : public QObject {
   /// Of the signal that ends it all.
   QMetaObject::Connection finished_;
   std::unique_ptr<Exchange> exchange_;
+  /// The same once it is over. What is left of it, which is little, is let go of when the host no
+  /// longer waits.
+  std::unique_ptr<Exchange> ended_;
   /// Of the body, how much was in the reply when it was last looked at.
   qint64 available_ = 0;
   /// Of the body, how much has been handed on.
