@@ -27,19 +27,26 @@ constexpr const char* description =
 /// What is wrong with a command line, and where to read how it should be.
 std::string explain(const CLI::App& app, const CLI::Error& error,
                     const std::vector<std::string>& arguments) {
-  const std::vector<CLI::App*> commands = app.get_subcommands();
-  const std::vector<std::string> extra = app.remaining();
+  const CLI::App* command = &app;
+  std::string path;
+  while (!command->get_subcommands().empty()) {
+    command = command->get_subcommands().front();
+    path += " " + command->get_name();
+  }
+  const bool isGroup = !command->get_subcommands([](const CLI::App*) { return true; }).empty();
+  const std::vector<std::string> extra = command->remaining();
+  const std::vector<std::string> outermost = app.remaining();
   std::string what = error.what();
-  if (commands.empty() && extra.empty()) {
+  if (isGroup && extra.empty()) {
     what = "Say what to do";
-  } else if (commands.empty()) {
+  } else if (isGroup) {
     what = fmt::format("There is no {} \"{}\"",
                        extra.front().starts_with('-') ? "option" : "command", extra.front());
-  } else if (!extra.empty() && arguments.front().starts_with('-')) {
+  } else if (!outermost.empty() && arguments.front().starts_with('-')) {
     what = fmt::format("The option {} stands behind the command", arguments.front());
   }
   return fmt::format("tarnix: {}. `tarnix{} --help` shows how it is used.\n", printable(what),
-                     commands.empty() ? "" : " " + commands.front()->get_name());
+                     path);
 }
 
 int parseAndRun(int argumentCount, char** arguments) {

@@ -78,5 +78,25 @@ TEST(OverlayCommand, RefusesWhatThereIsNot) {
   }
 }
 
+TEST(OverlayCommand, SaysWhatIsWrong) {
+  struct Row {
+    std::vector<std::string> arguments;
+    const char* errors;
+  };
+  for (const Row& row : {
+           Row{{}, "tarnix: Say what to do. `tarnix overlay --help` shows how it is used.\n"},
+           Row{{"wave"},
+               "tarnix: There is no command \"wave\". `tarnix overlay --help` shows how it is "
+               "used.\n"},
+           Row{{"scan", "--failed"},
+               "tarnix: The following argument was not expected: --failed. `tarnix overlay scan "
+               "--help` shows how it is used.\n"},
+       }) {
+    std::vector<std::string> arguments = row.arguments;
+    arguments.insert(arguments.begin(), {TARNIX_PROGRAM, "overlay"});
+    EXPECT_EQ(runProgram(arguments, {}).errors, row.errors);
+  }
+}
+
 }  // namespace
 }  // namespace tarnix::companion
