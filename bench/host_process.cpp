@@ -3,32 +3,54 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <signal.h>
+#include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 
 namespace tarnix::bench {
 namespace {
 
-[[noreturn]] void execute(const std::vector<std::string>& arguments,
-                          const std::map<std::string, std::string>& environment) {
-  for (const auto& [name, value] : environment) {
-    setenv(name.c_str(), value.c_str(), 1);
-  }
-  const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
-  dup2(nowhere, STDOUT_FILENO);
-  dup2(nowhere, STDERR_FILENO);
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
-  for (const std::string& argument : arguments) {
-    pointers.push_back(const_cast<char*>(argument.c_str()));
+  for (std::string& text : texts) {
+    pointers.push_back(text.data());
   }
   pointers.push_back(nullptr);
-  execvp(pointers.front(), pointers.data());
-  _exit(127);
+  return pointers;
+}
+
+/// This process's environment with `more` in the place of variables of the same name.
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& more) {
+  std::vector<std::string> variables;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    const std::string text = *variable;
+    if (!more.contains(text.substr(0, text.find('=')))) {
+      variables.push_back(text);
+    }
+  }
+  for (const auto& [name, value] : more) {
+    variables.push_back(name + "=" + value);
+  }
+  return variables;
+}
+
+/// Returns the error number, or 0.
+int start(std::vector<std::string> arguments, std::vector<std::string> environment, pid_t& pid) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+    posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
+  }
+  const int error = posix_spawnp(&pid, arguments.front().c_str(), &actions, nullptr,
+                                 pointersTo(arguments).data(), pointersTo(environment).data());
+  posix_spawn_file_actions_destroy(&actions);
+  return error;
 }
 
 std::chrono::microseconds toDuration(const timeval& time) {
@@ -38,14 +60,10 @@ std::chrono::microseconds toDuration(const timeval& time) {
 }  // namespace
 
 HostProcess::HostProcess(const std::vector<std::string>& arguments,
-                         const std::map<std::string, std::string>& environment)
-    : pid_(fork()) {
-  if (pid_ < 0) {
-    fmt::print(stderr, "cannot start {}\n", arguments.front());
+                         const std::map<std::string, std::string>& environment) {
+  if (const int error = start(arguments, environmentWith(environment), pid_); error != 0) {
+    fmt::print(stderr, "cannot start {}: {}\n", arguments.front(), std::strerror(error));
     std::exit(1);
-  }
-  if (pid_ == 0) {
-    execute(arguments, environment);
   }
 }
 

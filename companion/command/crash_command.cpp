@@ -90,7 +90,12 @@ ExitCode runCrash(const CommandOptions& options, const CrashOptions& crash) {
     return writeJson(reports, options);
   }
   if (reports.empty()) {
-    return writeToStandardOutput("No application has left a crash report.\n", options);
+    return writeToStandardOutput(
+        crash.application.empty()
+            ? "No application has left a crash report.\n"
+            : fmt::format("No application with \"{}\" in its identifier has left a crash report.\n",
+                          printable(crash.application)),
+        options);
   }
   return writeToStandardOutput(
       describe(reports, crash.all, Terminal::standardOutput(options.noColor)), options);

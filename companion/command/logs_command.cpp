@@ -1,5 +1,7 @@
+#include <fmt/format.h>
+
 #include <chrono>
-#include <set>
+#include <cstdio>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -7,6 +9,7 @@
 #include "companion/command/host_session.h"
 #include "companion/command/log_text.h"
 #include "companion/command/runtime_commands.h"
+#include "companion/command/seen_records.h"
 #include "companion/command/standard_output.h"
 #include "companion/output/display_text.h"
 #include "probe/link/json_codec.h"
@@ -33,6 +36,9 @@ class Logs {
     }
     HostSession host = std::get<HostSession>(std::move(session));
     showSync(host.client.fullSync(), logs_.newest);
+    if (shown_ == 0 && code_ == ExitCode::success) {
+      saySilence();
+    }
     while (logs_.follow && !isOver()) {
       Outcome<CompanionMessage> message = host.client.receive(deadlineIn(1h));
       if (message) {
@@ -48,7 +54,11 @@ class Logs {
         Outcome<CompanionClient> client = CompanionClient::connect(
             {options_.host, host.target.port}, deadlineIn(options_.timeout()));
         if (!client) {
-          return report(client.error(), options_);
+          return report(
+              client.error().kind == ClientError::Kind::unreachable
+                  ? ClientError{ClientError::Kind::unreachable, "the application has ended."}
+                  : client.error(),
+              options_);
         }
         host.client = std::move(*client);
         showSync(host.client.fullSync(), 0);
@@ -66,6 +76,14 @@ class Logs {
     return code_ != ExitCode::success || (logs_.count != 0 && shown_ >= logs_.count);
   }
 
+  /// Beside the lines, so that these stay clean for programs.
+  void saySilence() const {
+    const std::string reason = captured_ == 0 ? "the application has written nothing to its log yet"
+                                              : fmt::format("none of its {} lines fits", captured_);
+    fmt::print(stderr, "{}\n",
+               Terminal::standardError(options_.noColor).styled("-- " + reason, Style::quiet));
+  }
+
   /// At most `newest` of the lines that fit; 0: all. Lines that were shown before are not again.
   void showSync(const CompanionMessage& message, std::uint64_t newest) {
     const std::optional<FullSyncPayload> sync = message.decode<FullSyncPayload>();
@@ -75,16 +93,13 @@ class Logs {
                      options_);
       return;
     }
-    std::set<Uuid> kept;
+    captured_ = sync->logEntries.size();
     Entries fitting;
     for (const TransferableLogEntry& entry : sync->logEntries) {
-      kept.insert(entry.id);
-      if (!known_.contains(entry.id) && logs_.filter.fits(entry)) {
+      if (seen_.note(entry.id) && logs_.filter.fits(entry)) {
         fitting.push_back(entry);
       }
     }
-    // What the probe keeps no longer cannot come again.
-    known_ = std::move(kept);
     const std::size_t skipped =
         newest != 0 && fitting.size() > newest ? fitting.size() - newest : 0;
     for (std::size_t index = skipped; index < fitting.size(); ++index) {
@@ -97,7 +112,7 @@ class Logs {
       return;
     }
     const std::optional<TransferableLogEntry> entry = message.decode<TransferableLogEntry>();
-    if (entry && known_.insert(entry->id).second && logs_.filter.fits(*entry)) {
+    if (entry && seen_.note(entry->id) && logs_.filter.fits(*entry)) {
       show(*entry);
     }
   }
@@ -116,7 +131,9 @@ class Logs {
   const CommandOptions& options_;
   const LogsOptions& logs_;
   const Terminal terminal_;
-  std::set<Uuid> known_;
+  SeenRecords seen_;
+  /// By the probe, at the last sync.
+  std::size_t captured_ = 0;
   std::uint64_t shown_ = 0;
   ExitCode code_ = ExitCode::success;
 };

@@ -24,29 +24,40 @@ constexpr const char* description =
     "Shows what a desktop application with the Tarnix probe in it does.\n"
     "Start one with `tarnix run APP`, then ask it with the other commands.";
 
+std::string namesOf(const std::vector<CLI::App*>& commands) {
+  std::string names;
+  for (const CLI::App* command : commands) {
+    names += (names.empty() ? "" : " or ") + command->get_name();
+  }
+  return names;
+}
+
+/// The command that a command line got to, such as " mock add".
+std::string commandReached(const CLI::App& app) {
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  return commands.empty() ? ""
+                          : " " + commands.front()->get_name() + commandReached(*commands.front());
+}
+
 /// What is wrong with a command line, and where to read how it should be.
 std::string explain(const CLI::App& app, const CLI::Error& error,
                     const std::vector<std::string>& arguments) {
-  const CLI::App* command = &app;
-  std::string path;
-  while (!command->get_subcommands().empty()) {
-    command = command->get_subcommands().front();
-    path += " " + command->get_name();
-  }
-  const bool isGroup = !command->get_subcommands([](const CLI::App*) { return true; }).empty();
-  const std::vector<std::string> extra = command->remaining();
-  const std::vector<std::string> outermost = app.remaining();
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  const std::vector<std::string> extra = app.remaining();
   std::string what = error.what();
-  if (isGroup && extra.empty()) {
+  if (commands.empty() && extra.empty()) {
     what = "Say what to do";
-  } else if (isGroup) {
+  } else if (commands.empty()) {
     what = fmt::format("There is no {} \"{}\"",
                        extra.front().starts_with('-') ? "option" : "command", extra.front());
-  } else if (!outermost.empty() && arguments.front().starts_with('-')) {
+  } else if (!commands.front()->get_subcommands({}).empty() &&
+             commands.front()->get_subcommands().empty()) {
+    what = "Say what to do: " + namesOf(commands.front()->get_subcommands({}));
+  } else if (!extra.empty() && arguments.front().starts_with('-')) {
     what = fmt::format("The option {} stands behind the command", arguments.front());
   }
   return fmt::format("tarnix: {}. `tarnix{} --help` shows how it is used.\n", printable(what),
-                     path);
+                     commandReached(app));
 }
 
 int parseAndRun(int argumentCount, char** arguments) {

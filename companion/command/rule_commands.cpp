@@ -69,7 +69,16 @@ std::variant<std::string, ExitCode> bodyFrom(const std::string& argument,
     return report(ExitCode::failure,
                   fmt::format("{} cannot be read. Name another file after the @.", path), options);
   }
-  return std::move(contents).str();
+  AddMockCmd sent;
+  sent.responseBody = std::move(contents).str();
+  if (!encodeJson(sent)) {
+    return report(ExitCode::failure,
+                  fmt::format("{} is no text in UTF-8, and nothing else can be sent as the body of "
+                              "an answer.",
+                              path),
+                  options);
+  }
+  return *std::move(sent.responseBody);
 }
 
 /// The identifier alone, so that a script can keep it for the removal.

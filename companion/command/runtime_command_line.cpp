@@ -21,7 +21,11 @@ void addRuntimeCommands(CLI::App& app, CommandOptions& options,
   logs->newest = newestShown;
   CLI::App* logsCommand =
       addHostCommand(app, "logs", "Show what an application writes to its log", options);
-  logsCommand->footer("--json prints each line as the probe sends it, one on a line.");
+  logsCommand->footer(
+      "A line has a level and a category where it says so, as \"[warning] net.http: timed out\" "
+      "does; any other is\na debug line of the category \"app\". A Qt application says so when it "
+      "is started with\n  QT_MESSAGE_PATTERN='[%{type}] %{category}: %{message}'\n\n"
+      "--json prints each line as the probe sends it, one on a line.");
   logsCommand->add_flag("-f,--follow", logs->follow, "Go on with new lines, until Ctrl-C");
   addLogFilterOptions(*logsCommand, logs->filter);
   logsCommand

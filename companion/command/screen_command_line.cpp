@@ -39,6 +39,7 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
   does(findCommand, [&options, find] { return runFind(options, *find); });
 
   does(addCommand(app, "snapshot", "List the views of an application's screen",
+                  "A tree on a terminal, made by which frame holds which; elsewhere a table.\n"
                   "--json prints {\"screen\", \"elements\"}.", options),
        [&options] { return runSnapshot(options); });
 
@@ -66,6 +67,9 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
   const auto perf = std::make_shared<PerfOptions>();
   CLI::App* perfCommand =
       addCommand(app, "perf", "Show an application's frame rate and memory",
+                 "FPS is how often in a second the application's main thread got round to a frame, "
+                 "of the screen's refresh\nrate: less means that it was busy. AVERAGE and PEAK are "
+                 "of the last minute.\n\n"
                  "--json prints {\"fps\", \"memoryMB\", \"avgFPS\", \"peakMemoryMB\", \"screen\"}, "
                  "one on a line.",
                  options);
@@ -80,7 +84,9 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
   const auto console = std::make_shared<ConsoleOptions>();
   CLI::App* consoleCommand =
       addCommand(app, "console", "Show what an application's web pages wrote to their consoles",
-                 "--json prints {\"entries\", \"totalCount\"}.", options);
+                 "Calls of console.log, error, warn and debug are captured, and the newest 200 of "
+                 "all pages kept.\n\n--json prints {\"entries\", \"totalCount\"}.",
+                 options);
   consoleCommand->add_option("--level", console->level, "Only lines of this level")
       ->check(CLI::IsMember({"log", "error", "warn", "debug"}))
       ->type_name("LEVEL");

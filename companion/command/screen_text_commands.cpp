@@ -5,6 +5,7 @@
 #include "companion/command/host_answer.h"
 #include "companion/command/screen_commands.h"
 #include "companion/command/standard_output.h"
+#include "companion/command/view_tree.h"
 #include "companion/output/display_text.h"
 #include "companion/output/table.h"
 #include "probe/model/find_command.h"
@@ -31,17 +32,22 @@ std::string describe(const FindResponse& found, const Terminal& terminal) {
   return table.render(terminal);
 }
 
+/// A tree for those who look at it, a table for what reads lines.
 std::string describe(const SnapshotResponse& snapshot, const Terminal& terminal) {
+  const std::string title = terminal.styled(fmt::format("{}: {} views", printable(snapshot.screen),
+                                                        snapshot.elements.size()),
+                                            Style::heading) +
+                            "\n";
+  if (terminal.isTerminal()) {
+    return title + treeOf(snapshot.elements, terminal);
+  }
   Table table({{"TYPE"}, {"LABEL"}, {"IDENTIFIER"}, {"FRAME", Alignment::right}, {"TOUCH"}});
   for (const SnapshotElement& element : snapshot.elements) {
     table.addRow({element.type, element.label.value_or("-"), element.identifier.value_or("-"),
                   frameText(element.x, element.y, element.width, element.height),
                   element.interactive ? "yes" : ""});
   }
-  return terminal.styled(
-             fmt::format("{}: {} views", printable(snapshot.screen), snapshot.elements.size()),
-             Style::heading) +
-         "\n" + (table.isEmpty() ? "" : table.render(terminal));
+  return title + (table.isEmpty() ? "" : table.render(terminal));
 }
 
 ExitCode writeJson(const std::string& payload, const CommandOptions& options) {

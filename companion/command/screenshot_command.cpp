@@ -9,7 +9,6 @@
 #include "companion/command/standard_output.h"
 #include "companion/output/display_text.h"
 #include "companion/output/terminal_picture.h"
-#include "probe/link/base64.h"
 #include "probe/model/screenshot_response.h"
 
 namespace tarnix::companion {
@@ -47,8 +46,11 @@ ExitCode deliver(const ScreenshotResponse& picture, const Destination& destinati
                  const CommandOptions& options) {
   const std::string& png = picture.base64PNG.data;
   if (destination.terminal) {
-    const ExitCode code = writeToStandardOutput(
-        pictureSequence(*destination.terminal, encodeBase64(png)) + "\n", options);
+    const std::optional<std::string> shown =
+        pictureSequence(*destination.terminal, png, pictureRoom());
+    const ExitCode code =
+        shown ? writeToStandardOutput(*shown + "\n", options)
+              : report(ExitCode::notUnderstood, "the picture that came cannot be shown.", options);
     if (code != ExitCode::success || destination.file.empty()) {
       return code;
     }

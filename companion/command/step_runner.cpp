@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 #include <utility>
@@ -21,8 +22,17 @@ namespace {
 using namespace std::chrono_literals;
 using Result = StepRunner::Result;
 
-/// Often enough for a person, seldom enough for the host.
-constexpr auto pauseBetweenLooks = 100ms;
+/// Often enough for a person.
+constexpr auto shortestPause = 100ms;
+/// Each look is shown over the host for close to a second: seldom enough for that to end in
+/// between.
+constexpr auto longestPause = 1'000ms;
+
+/// Until the next look at a screen that was waited for so long: what comes late need not be seen at
+/// once.
+std::chrono::steady_clock::duration pauseAfter(std::chrono::steady_clock::duration waited) {
+  return std::clamp<std::chrono::steady_clock::duration>(waited / 4, shortestPause, longestPause);
+}
 
 constexpr const char* otherVersion =
     "the answer was not understood. Are `tarnix` and the probe of one version?";
@@ -157,6 +167,7 @@ Result StepRunner::wait(const WaitStep& step) {
   const auto patience =
       step.within ? std::chrono::duration_cast<std::chrono::steady_clock::duration>(*step.within)
                   : options_.timeout();
+  const auto begin = std::chrono::steady_clock::now();
   const Deadline until = deadlineIn(patience);
   while (true) {
     const auto screen = screenOf(client_, until);
@@ -168,11 +179,14 @@ Result StepRunner::wait(const WaitStep& step) {
     if (reason.empty()) {
       return {ExitCode::success, "it is so"};
     }
-    if (deadlineIn(pauseBetweenLooks) >= until) {
+    const auto now = std::chrono::steady_clock::now();
+    // The last look is at the end.
+    const auto pause = std::min(pauseAfter(now - begin), until - now - shortestPause);
+    if (pause <= pause.zero()) {
       return {ExitCode::negative, fmt::format("{} within {:.3g} s", reason,
                                               std::chrono::duration<double>(patience).count())};
     }
-    std::this_thread::sleep_for(pauseBetweenLooks);
+    std::this_thread::sleep_for(pause);
   }
 }
 

@@ -55,6 +55,9 @@ void addRuleOptions(CLI::App& command, RuleOptions& rule, const char* what) {
 
 CLI::App* addRuleCommand(CLI::App& app, const char* name, const char* description) {
   CLI::App* command = app.add_subcommand(name, description);
+  command->footer(
+      "A probe does not list its rules: keep the identifier that `add` prints. Every rule ends "
+      "with the application.");
   command->require_subcommand(1);
   return command;
 }
@@ -80,6 +83,7 @@ void addMock(CLI::App& app, CommandOptions& options, const SetAction& does) {
       "{\"ruleId\"}. The rule holds until it is removed or the application ends.");
   addRuleOptions(*add, *mock, "What the rule is called");
   add->add_option("--status", mock->status, "Status of the answer; 200 unless given")
+      ->check(CLI::Range(100, 999))
       ->type_name("CODE");
   add->add_option("--body", mock->body,
                   "Body of the answer; {} unless given; @FILE takes it from a file")

@@ -2,15 +2,15 @@
 
 #include <chrono>
 #include <cstdio>
-#include <deque>
-#include <set>
 #include <thread>
+#include <utility>
 
 #include "companion/command/commands.h"
 #include "companion/command/exchange_filter.h"
 #include "companion/command/exchange_text.h"
 #include "companion/command/host_session.h"
 #include "companion/command/log_text.h"
+#include "companion/command/seen_records.h"
 #include "companion/command/standard_output.h"
 #include "companion/output/display_text.h"
 #include "probe/model/full_sync_payload.h"
@@ -23,30 +23,6 @@ using namespace std::chrono_literals;
 /// Another command of the user's may be using the application for a moment; this one gives way.
 constexpr auto pauseAfterLoss = 1500ms;
 constexpr auto pauseBetweenSearches = 500ms;
-
-/// What was shown, so that an exchange or a line that comes as an event and in a full sync is shown
-/// once. The probe keeps 500 of each; older ones do not come back.
-class SeenRecords {
- public:
-  /// Whether it is new.
-  bool note(const Uuid& id) {
-    if (!ids_.insert(id).second) {
-      return false;
-    }
-    order_.push_back(id);
-    if (order_.size() > limit) {
-      ids_.erase(order_.front());
-      order_.pop_front();
-    }
-    return true;
-  }
-
- private:
-  static constexpr std::size_t limit = 4'000;
-
-  std::set<Uuid> ids_;
-  std::deque<Uuid> order_;
-};
 
 class Watch {
  public:

@@ -15,7 +15,7 @@ namespace tarnix::platform {
 
 namespace {
 
-constexpr mode_t fileMode = 0644;
+mode_t modeFor(FileReaders readers) { return readers == FileReaders::everybody ? 0644 : 0600; }
 
 bool writeAll(int descriptor, std::string_view contents) {
   while (!contents.empty()) {
@@ -33,7 +33,7 @@ bool writeAll(int descriptor, std::string_view contents) {
 
 }  // namespace
 
-bool createFile(const std::string& path, std::string_view contents) {
+bool createFile(const std::string& path, std::string_view contents, FileReaders readers) {
   // Renaming replaces what stands at `path` in one step, whatever it is, and readers see the old
   // file or the new one. mkostemp opens with O_EXCL, which never follows a link.
   std::string temporary = path + ".XXXXXX";
@@ -41,8 +41,8 @@ bool createFile(const std::string& path, std::string_view contents) {
   if (!file.isOpen()) {
     return false;
   }
-  if (::fchmod(file.get(), fileMode) == 0 && writeAll(file.get(), contents) && file.close() &&
-      ::rename(temporary.c_str(), path.c_str()) == 0) {
+  if (::fchmod(file.get(), modeFor(readers)) == 0 && writeAll(file.get(), contents) &&
+      file.close() && ::rename(temporary.c_str(), path.c_str()) == 0) {
     return true;
   }
   ::unlink(temporary.c_str());

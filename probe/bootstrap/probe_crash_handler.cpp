@@ -98,7 +98,9 @@ void writeCrash(const std::string& type, const std::string& name, const std::str
                                      .timestamp = iso8601(platform::current().clock->now())});
   const std::optional<std::string> json = encodeJson(report);
   if (json) {
-    platform::createFile(reportPath(bundleIdentifier()), indentedJson(*json));
+    // An address or a reason in it may be nobody else's business.
+    platform::createFile(reportPath(bundleIdentifier()), indentedJson(*json),
+                         platform::FileReaders::owner);
   }
 }
 

@@ -96,7 +96,7 @@ void ProbeServer::start() {
            "\n");
   // Whoever started the host waits for this file. A directory that cannot be written to is theirs
   // to notice.
-  platform::createFile(readyMarkerPath, "ready");
+  platform::createFile(readyMarkerPath, "ready", platform::FileReaders::everybody);
 }
 
 void ProbeServer::handleListenerState(platform::ListenerState state) {

@@ -21,6 +21,16 @@ bool isPlatformKey(std::string_view key) {
                      [key](std::string_view prefix) { return key.starts_with(prefix); });
 }
 
+std::vector<TransferableNetworkRequest> copiesOf(
+    const std::vector<ProbeState::SharedRequest>& requests) {
+  std::vector<TransferableNetworkRequest> copies;
+  copies.reserve(requests.size());
+  for (const ProbeState::SharedRequest& request : requests) {
+    copies.push_back(*request);
+  }
+  return copies;
+}
+
 }  // namespace
 
 ProbeState& ProbeState::shared() {
@@ -29,8 +39,12 @@ ProbeState& ProbeState::shared() {
 }
 
 void ProbeState::addRequest(TransferableNetworkRequest request) {
+  addSharedRequest(std::make_shared<const TransferableNetworkRequest>(std::move(request)));
+}
+
+void ProbeState::addSharedRequest(SharedRequest request) {
   // Declared first: what makes way is freed after the lock is.
-  TransferableNetworkRequest evicted;
+  SharedRequest evicted;
   const std::lock_guard guard(lock_);
   evicted = httpRequests_.add(std::move(request));
 }
@@ -42,6 +56,10 @@ void ProbeState::addLog(TransferableLogEntry entry) {
 }
 
 std::vector<TransferableNetworkRequest> ProbeState::httpRequests() const {
+  return copiesOf(sharedRequests());
+}
+
+std::vector<ProbeState::SharedRequest> ProbeState::sharedRequests() const {
   const std::lock_guard guard(lock_);
   return httpRequests_.all();
 }
@@ -57,8 +75,12 @@ std::vector<TransferableUserDefaultsEntry> ProbeState::userDefaults() const {
 }
 
 std::vector<TransferableNetworkRequest> ProbeState::recentRequests() const {
-  const std::lock_guard guard(lock_);
-  return httpRequests_.newest(recentRequestCount);
+  std::vector<SharedRequest> newest;
+  {
+    const std::lock_guard guard(lock_);
+    newest = httpRequests_.newest(recentRequestCount);
+  }
+  return copiesOf(newest);
 }
 
 std::string ProbeState::currentScreen() const {

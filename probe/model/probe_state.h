@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -15,7 +16,8 @@ namespace tarnix {
 /// The probe's memory of what it has captured. It only stores: whoever captures also sends.
 ///
 /// Any thread, except for `refreshUserDefaults`. One mutex guards everything; each operation holds
-/// it for its own work, calls nobody while it does, and hands out copies.
+/// it for its own work, calls nobody while it does, and hands out copies,
+/// or what does not change.
 class ProbeState {
  public:
   /// Requests that are kept, and log entries that are kept.
@@ -25,11 +27,17 @@ class ProbeState {
   /// The store of the process, made on first use and never destroyed.
   static ProbeState& shared();
 
+  using SharedRequest = std::shared_ptr<const TransferableNetworkRequest>;
+
+  /// Nobody changes the request any more: the store hands out the very same.
+  void addSharedRequest(SharedRequest request);
   void addRequest(TransferableNetworkRequest request);
   void addLog(TransferableLogEntry entry);
 
   /// Oldest first.
   std::vector<TransferableNetworkRequest> httpRequests() const;
+  /// The same without copying them.
+  std::vector<SharedRequest> sharedRequests() const;
   /// Oldest first.
   std::vector<TransferableLogEntry> logEntries() const;
   /// Sorted by key; as of the last refresh.
@@ -49,7 +57,7 @@ class ProbeState {
 
  private:
   mutable std::mutex lock_;
-  BoundedList<TransferableNetworkRequest, capacity> httpRequests_;
+  BoundedList<SharedRequest, capacity> httpRequests_;
   BoundedList<TransferableLogEntry, capacity> logEntries_;
   std::vector<TransferableUserDefaultsEntry> userDefaults_;
   std::string currentScreen_ = "Unknown";

@@ -33,6 +33,27 @@ bool isEscape(std::string_view text) {
          isHexDigit(text[2]);
 }
 
+/// The first place in `text` of one of `characters`, which are few.
+template <class... Characters>
+std::size_t findAny(std::string_view text, Characters... characters) {
+  for (std::size_t position = 0; position < text.size(); ++position) {
+    if (((text[position] == characters) || ...)) {
+      return position;
+    }
+  }
+  return std::string_view::npos;
+}
+
+std::optional<std::string_view> schemeOf(std::string_view text) {
+  std::size_t length = 0;
+  while (length < text.size() && isSchemeCharacter(text[length])) {
+    ++length;
+  }
+  const bool isScheme =
+      length > 0 && length < text.size() && text[length] == ':' && isAlpha(text[0]);
+  return isScheme ? std::optional(text.substr(0, length)) : std::nullopt;
+}
+
 struct Parts {
   std::optional<std::string_view> scheme;
   std::optional<std::string_view> authority;
@@ -43,18 +64,16 @@ struct Parts {
 
 Parts split(std::string_view text) {
   Parts parts;
-  const std::size_t schemeEnd = text.find_first_of(":/?#");
-  if (schemeEnd != std::string_view::npos && schemeEnd > 0 && text[schemeEnd] == ':' &&
-      isAlpha(text[0]) && std::all_of(text.begin(), text.begin() + schemeEnd, isSchemeCharacter)) {
-    parts.scheme = text.substr(0, schemeEnd);
-    text.remove_prefix(schemeEnd + 1);
+  parts.scheme = schemeOf(text);
+  if (parts.scheme) {
+    text.remove_prefix(parts.scheme->size() + 1);
   }
   if (text.starts_with("//")) {
     text.remove_prefix(2);
-    parts.authority = text.substr(0, text.find_first_of("/?#"));
+    parts.authority = text.substr(0, findAny(text, '/', '?', '#'));
     text.remove_prefix(parts.authority->size());
   }
-  parts.path = text.substr(0, text.find_first_of("?#"));
+  parts.path = text.substr(0, findAny(text, '?', '#'));
   parts.rest = text.substr(parts.path.size());
   return parts;
 }
@@ -181,7 +200,7 @@ std::optional<Url> Url::parse(std::string_view text) {
   return Url(std::string(text));
 }
 
-std::optional<std::string_view> Url::scheme() const { return split(absoluteString_).scheme; }
+std::optional<std::string_view> Url::scheme() const { return schemeOf(absoluteString_); }
 
 std::optional<std::string> Url::host() const {
   const Parts parts = split(absoluteString_);

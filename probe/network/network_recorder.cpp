@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
+#include <memory>
 #include <span>
 #include <utility>
 
@@ -48,26 +48,23 @@ std::optional<Bytes> bodyOf(const platform::UrlRequest& request) {
                                            : bodyFrom(readBeginning(*request.httpBodyStream));
 }
 
-TransferableNetworkRequest recordOf(const ObservedExchange& exchange) {
-  const platform::UrlRequest& request = exchange.request;
+void complete(TransferableNetworkRequest& record, ObservedExchange& exchange) {
   const Timestamp now = platform::now();
-  TransferableNetworkRequest record;
   record.id = Uuid::random();
   record.timestamp = now;
-  record.url = request.url ? request.url->absoluteString() : unknown;
-  record.host = request.url ? request.url->host().value_or(unknown) : unknown;
-  record.path = request.url ? request.url->path() : "/";
-  record.method = request.httpMethod.value_or("GET");
-  record.requestHeaders =
-      request.allHTTPHeaderFields.value_or(std::map<std::string, std::string>());
-  record.requestBody = bodyOf(request);
+  record.requestBody = bodyOf(exchange.request);
   if (exchange.response && exchange.response->http) {
-    const platform::HttpResponseHead& head = *exchange.response->http;
+    platform::HttpResponseHead& head = *exchange.response->http;
     record.statusCode = head.statusCode;
-    record.responseHeaders = head.allHeaderFields.value_or(std::map<std::string, std::string>());
-    record.mimeType = exchange.response->mimeType;
+    if (head.allHeaderFields) {
+      record.responseHeaders = *std::move(head.allHeaderFields);
+    }
+    record.mimeType = std::move(exchange.response->mimeType);
   }
-  record.responseBody = bodyFrom(exchange.responseData.substr(0, responseBodyLimit));
+  if (exchange.responseData.size() > responseBodyLimit) {
+    exchange.responseData.resize(responseBodyLimit);
+  }
+  record.responseBody = bodyFrom(std::move(exchange.responseData));
   record.duration = now.secondsSinceReference - exchange.startTime.secondsSinceReference;
   if (exchange.error) {
     record.errorDescription = exchange.error->localizedDescription;
@@ -75,21 +72,33 @@ TransferableNetworkRequest recordOf(const ObservedExchange& exchange) {
   // No flag tells of mocks and intercepts: the companion knows its own rules.
   record.screenName = ProbeState::shared().currentScreen();
   record.source = captureSource;
-  return record;
 }
 
 }  // namespace
 
-void record(const ObservedExchange& exchange) {
-  TransferableNetworkRequest made = recordOf(exchange);
-  ProbeState::shared().addRequest(made);
+std::shared_ptr<TransferableNetworkRequest> begin(const platform::UrlRequest& request) {
+  auto record = std::make_shared<TransferableNetworkRequest>();
+  record->url = request.url ? request.url->absoluteString() : unknown;
+  record->host = request.url ? request.url->host().value_or(unknown) : unknown;
+  record->path = request.url ? request.url->path() : "/";
+  record->method = request.httpMethod.value_or("GET");
+  if (request.allHTTPHeaderFields) {
+    record->requestHeaders = *request.allHTTPHeaderFields;
+  }
+  return record;
+}
+
+void finish(std::shared_ptr<TransferableNetworkRequest> begun, ObservedExchange exchange) {
+  complete(*begun, exchange);
+  const std::shared_ptr<const TransferableNetworkRequest> made = std::move(begun);
+  ProbeState::shared().addSharedRequest(made);
   if (!ProbeServer::shared().isConnected()) {
     // The sync of whoever connects from now on has the exchange: it is made from the store after
     // the connection counts as one. Waking the main thread for nobody would slow the host down.
     return;
   }
   std::optional<CompanionMessage> message =
-      CompanionMessage::make(CompanionMessageType::eventHttpRequest, made, platform::now());
+      CompanionMessage::make(CompanionMessageType::eventHttpRequest, *made, platform::now());
   if (!message) {
     return;
   }

@@ -22,8 +22,8 @@ class InterceptorClass : public platform::UrlProtocolClass {
   bool canInit(const platform::UrlRequest& request) override {
     return ProbeNetworkInterceptor::canInit(request);
   }
-  platform::UrlRequest canonicalRequest(const platform::UrlRequest& request) override {
-    return ProbeNetworkInterceptor::canonicalRequest(request);
+  platform::UrlRequest canonicalRequest(platform::UrlRequest request) override {
+    return ProbeNetworkInterceptor::canonicalRequest(std::move(request));
   }
   std::unique_ptr<platform::UrlProtocol> make(platform::UrlRequest request,
                                               platform::UrlProtocolClient& client) override {
@@ -31,9 +31,8 @@ class InterceptorClass : public platform::UrlProtocolClass {
   }
 };
 
-platform::UrlRequest marked(platform::UrlRequest request) {
+void mark(platform::UrlRequest& request) {
   request.properties[ProbeNetworkInterceptor::handledProperty] = {true};
-  return request;
 }
 
 platform::UrlResponse responseOf(const ProbeMockRules::MockRule& rule, Url url) {
@@ -92,7 +91,7 @@ void ProbeNetworkInterceptor::startLoading() {
     recordRequest(error);
     return;
   }
-  forward(marked(request_));
+  forward();
 }
 
 void ProbeNetworkInterceptor::serveMock(const ProbeMockRules::MockRule& rule) {
@@ -104,11 +103,16 @@ void ProbeNetworkInterceptor::serveMock(const ProbeMockRules::MockRule& rule) {
   recordRequest(std::nullopt);
 }
 
-void ProbeNetworkInterceptor::forward(platform::UrlRequest markedRequest) {
+void ProbeNetworkInterceptor::forward() {
+  mark(request_);
   internalSession_ = platform::current().urlLoading->makeSession(
       session_configuration_hook::internalConfig(), *this);
-  internalTask_ = internalSession_->dataTask(std::move(markedRequest));
+  internalTask_ = internalSession_->dataTask(request_);
   internalTask_->resume();
+  // While the network is at it, so that the host waits the less when the response is there.
+  if (begunRecord_ == nullptr) {
+    begunRecord_ = network_recorder::begin(request_);
+  }
 }
 
 void ProbeNetworkInterceptor::stopLoading() {
@@ -123,11 +127,11 @@ void ProbeNetworkInterceptor::stopLoading() {
 }
 
 platform::UrlSessionDelegate::ResponseDisposition ProbeNetworkInterceptor::didReceiveResponse(
-    const platform::UrlResponse& response) {
-  if (response.http) {
-    responseObject_ = response;
-  }
+    platform::UrlResponse response) {
   client_.didReceive(response, platform::CacheStoragePolicy::notAllowed);
+  if (response.http) {
+    responseObject_ = std::move(response);
+  }
   return ResponseDisposition::allow;
 }
 
@@ -138,7 +142,8 @@ void ProbeNetworkInterceptor::didReceiveData(std::string_view data) {
 
 platform::UrlRequest ProbeNetworkInterceptor::willPerformHTTPRedirection(
     const platform::UrlResponse& response, const platform::UrlRequest& newRequest) {
-  platform::UrlRequest followed = marked(newRequest);
+  platform::UrlRequest followed = newRequest;
+  mark(followed);
   client_.wasRedirectedTo(followed, response);
   return followed;
 }
@@ -156,8 +161,13 @@ void ProbeNetworkInterceptor::keepData(std::string_view data) {
   responseData_ += data.substr(0, responseBodyLimit - responseData_.size());
 }
 
-void ProbeNetworkInterceptor::recordRequest(const std::optional<platform::UrlError>& error) const {
-  network_recorder::record({request_, startTime_, responseObject_, responseData_, error});
+void ProbeNetworkInterceptor::recordRequest(const std::optional<platform::UrlError>& error) {
+  if (begunRecord_ == nullptr) {
+    begunRecord_ = network_recorder::begin(request_);
+  }
+  network_recorder::finish(
+      std::move(begunRecord_),
+      {request_, startTime_, std::move(responseObject_), std::move(responseData_), error});
 }
 
 }  // namespace tarnix

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "probe/link/timestamp.h"
+#include "probe/model/transferable_network_request.h"
 #include "probe/network/probe_mock_rules.h"
 #include "probe/platform/url_loading.h"
 
@@ -28,9 +29,7 @@ class ProbeNetworkInterceptor : public platform::UrlProtocol, private platform::
   static platform::UrlProtocolClass& protocolClass();
 
   static bool canInit(const platform::UrlRequest& request);
-  static platform::UrlRequest canonicalRequest(const platform::UrlRequest& request) {
-    return request;
-  }
+  static platform::UrlRequest canonicalRequest(platform::UrlRequest request) { return request; }
 
   ProbeNetworkInterceptor(platform::UrlRequest request, platform::UrlProtocolClient& client);
   ~ProbeNetworkInterceptor() override;
@@ -40,17 +39,17 @@ class ProbeNetworkInterceptor : public platform::UrlProtocol, private platform::
 
  private:
   void serveMock(const ProbeMockRules::MockRule& rule);
-  void forward(platform::UrlRequest markedRequest);
+  void forward();
   void keepData(std::string_view data);
-  void recordRequest(const std::optional<platform::UrlError>& error) const;
+  void recordRequest(const std::optional<platform::UrlError>& error);
 
-  ResponseDisposition didReceiveResponse(const platform::UrlResponse& response) override;
+  ResponseDisposition didReceiveResponse(platform::UrlResponse response) override;
   void didReceiveData(std::string_view data) override;
   platform::UrlRequest willPerformHTTPRedirection(const platform::UrlResponse& response,
                                                   const platform::UrlRequest& newRequest) override;
   void didComplete(const std::optional<platform::UrlError>& error) override;
 
-  const platform::UrlRequest request_;
+  platform::UrlRequest request_;
   platform::UrlProtocolClient& client_;
   std::unique_ptr<platform::UrlSession> internalSession_;
   std::unique_ptr<platform::UrlSessionDataTask> internalTask_;
@@ -58,6 +57,8 @@ class ProbeNetworkInterceptor : public platform::UrlProtocol, private platform::
   std::string responseData_;
   std::optional<platform::UrlResponse> responseObject_;
   Timestamp startTime_;
+  /// The record as far as the request alone makes it up. Null until that has been done.
+  std::shared_ptr<TransferableNetworkRequest> begunRecord_;
 };
 
 }  // namespace tarnix

@@ -24,8 +24,8 @@ overlay::Layer* PassthroughWindow::rootView() {
     return nullptr;
   }
   if (frames_ == nullptr) {
-    frames_ =
-        platform::current().display->displayLink([this](std::chrono::duration<double> timestamp) {
+    frames_ = platform::current().display->displayLink(
+        [this](std::chrono::duration<double> timestamp) {
           platform::assertMainThread();
           try {
             showFrame(timestamp.count());
@@ -33,7 +33,8 @@ overlay::Layer* PassthroughWindow::rootView() {
             // Memory ran out. What was to be seen is not worth the host.
             dropEverything();
           }
-        });
+        },
+        platform::TickDelivery::AtOnce);
   }
   return &root_;
 }

@@ -25,7 +25,7 @@ class UrlProtocolClass {
 
   /// Whether this protocol loads `request`. The first class that says so gets it.
   virtual bool canInit(const UrlRequest& request) = 0;
-  virtual UrlRequest canonicalRequest(const UrlRequest& request) = 0;
+  virtual UrlRequest canonicalRequest(UrlRequest request) = 0;
   virtual std::unique_ptr<UrlProtocol> make(UrlRequest request, UrlProtocolClient& client) = 0;
 };
 

@@ -21,7 +21,7 @@ class UrlSession {
  public:
   virtual ~UrlSession() = default;
 
-  virtual std::unique_ptr<UrlSessionDataTask> dataTask(UrlRequest request) = 0;
+  virtual std::unique_ptr<UrlSessionDataTask> dataTask(const UrlRequest& request) = 0;
   virtual void invalidateAndCancel() = 0;
 };
 

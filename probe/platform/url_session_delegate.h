@@ -17,7 +17,7 @@ class UrlSessionDelegate {
   virtual ~UrlSessionDelegate() = default;
 
   /// Returns whether the task goes on.
-  virtual ResponseDisposition didReceiveResponse(const UrlResponse& response) = 0;
+  virtual ResponseDisposition didReceiveResponse(UrlResponse response) = 0;
 
   /// The next bytes of the body. Where the host has its data from the platform itself, only as
   /// many come as anybody looks at.

@@ -78,23 +78,14 @@ TEST(OverlayCommand, RefusesWhatThereIsNot) {
   }
 }
 
-TEST(OverlayCommand, SaysWhatIsWrong) {
-  struct Row {
-    std::vector<std::string> arguments;
-    const char* errors;
-  };
-  for (const Row& row : {
-           Row{{}, "tarnix: Say what to do. `tarnix overlay --help` shows how it is used.\n"},
-           Row{{"wave"},
-               "tarnix: There is no command \"wave\". `tarnix overlay --help` shows how it is "
-               "used.\n"},
-           Row{{"scan", "--failed"},
-               "tarnix: The following argument was not expected: --failed. `tarnix overlay scan "
-               "--help` shows how it is used.\n"},
-       }) {
-    std::vector<std::string> arguments = row.arguments;
+TEST(OverlayCommand, SaysWhatThereIs) {
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{}, std::vector<std::string>{"wave"}}) {
+    std::vector<std::string> arguments = words;
     arguments.insert(arguments.begin(), {TARNIX_PROGRAM, "overlay"});
-    EXPECT_EQ(runProgram(arguments, {}).errors, row.errors);
+    EXPECT_EQ(runProgram(arguments, {}).errors,
+              "tarnix: Say what to do: scan or capture or data or verify or environment or hide. "
+              "`tarnix overlay --help` shows how it is used.\n");
   }
 }
 

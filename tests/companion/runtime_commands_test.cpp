@@ -3,7 +3,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <optional>
+#include <thread>
 
 #include "companion/command/crash_reports.h"
 #include "companion/command/exit_code.h"
@@ -84,6 +86,43 @@ TEST(LogsCommand, Filters) {
   EXPECT_EQ(logs(server, {"--newest", "1"}), std::vector<std::string>{"ERROR  disk: full"});
   EXPECT_EQ(logs(server, {"--level", "info", "--category", "NET", "--newest", "1"}),
             std::vector<std::string>{"WARN   Net.HTTP: slow \\x1B[31m"});
+}
+
+TEST(LogsCommand, SaysWhyThereIsNothing) {
+  const auto sayNothing = [](ScriptedPeer& peer) {
+    peer.send(Type::syncFull, syncOf({}));
+    peer.waitForEnd();
+  };
+  const ScriptedServer silent({sayNothing});
+  const ProgramResult nothing = tarnix({"logs", "--port", std::to_string(silent.port())});
+  EXPECT_EQ(nothing.exitCode(), 0);
+  EXPECT_EQ(nothing.output, "");
+  EXPECT_EQ(nothing.errors, "-- the application has written nothing to its log yet\n");
+  const ScriptedServer server({sayCaptured});
+  const ProgramResult filtered =
+      tarnix({"logs", "--text", "no such", "--port", std::to_string(server.port())});
+  EXPECT_EQ(filtered.exitCode(), 0);
+  EXPECT_EQ(filtered.output, "");
+  EXPECT_EQ(filtered.errors, "-- none of its 4 lines fits\n");
+}
+
+TEST(LogsCommand, SaysThatTheApplicationHasEnded) {
+  std::promise<void> isConnected;
+  std::optional<ScriptedServer> server;
+  server.emplace(std::vector<ScriptedServer::Script>{[&isConnected](ScriptedPeer& peer) {
+    peer.send(Type::syncFull, syncOf(captured));
+    isConnected.set_value();
+    peer.waitForEnd();
+  }});
+  const std::string port = std::to_string(server->port());
+  std::thread end([&] {
+    isConnected.get_future().wait();
+    server.reset();
+  });
+  const ProgramResult result = tarnix({"logs", "--follow", "--port", port});
+  end.join();
+  EXPECT_EQ(result.exitCode(), static_cast<int>(ExitCode::connectionFailed));
+  EXPECT_NE(result.errors.find("the application has ended"), std::string::npos) << result.errors;
 }
 
 TEST(LogsCommand, RefusesALevelThatIsNone) {
@@ -202,6 +241,8 @@ class CrashCommand : public testing::Test {
 
 TEST_F(CrashCommand, SaysWhenThereIsNothing) {
   EXPECT_EQ(crash({}).output, "No application has left a crash report.\n");
+  EXPECT_EQ(crash({"org.example"}).output,
+            "No application with \"org.example\" in its identifier has left a crash report.\n");
 }
 
 TEST_F(CrashCommand, ShowsTheNewestAndListsTheOthers) {

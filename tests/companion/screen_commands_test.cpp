@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "companion/command/audit_report.h"
 #include "companion/command/exit_code.h"
-#include "companion/output/terminal_picture.h"
+#include "companion/command/view_tree.h"
 #include "probe/link/json_codec.h"
 #include "probe/model/accessibility_audit_response.h"
 #include "probe/model/find_command.h"
@@ -113,6 +114,49 @@ TEST(SnapshotCommand, ListsViews) {
   EXPECT_EQ(decodeJson<SnapshotResponse>(tarnix(server, {"snapshot", "--json"}).output), snapshot);
 }
 
+TEST(SnapshotCommand, DrawsATreeOnATerminal) {
+  const SnapshotResponse snapshot{"Home",
+                                  {{"Shop", std::nullopt, "Window", 0, 0, 400, 300, false},
+                                   {std::nullopt, "bar", "Bar", 0, 0, 400, 40, false},
+                                   {"Back", std::nullopt, "Button", 0, 0, 60, 40, true},
+                                   {"Find", std::nullopt, "Button", 60, 0, 60, 40, true},
+                                   {"Outside", std::nullopt, "Label", 390, 10, 60, 20, false},
+                                   {"a\x1b[2J", std::nullopt, "Label", 10, 100, 60, 20, false},
+                                   {"Twice", std::nullopt, "Label", 10, 100, 60, 20, false}}};
+  const ScriptedServer server(
+      {answering(Type::commandRequestSnapshot, Type::responseSnapshot, snapshot)});
+  const ProgramResult result =
+      tarnix(server, {"snapshot", "--no-color"}, {.environment = {}, .terminalColumns = 44});
+  expectExit(ExitCode::success, result);
+  EXPECT_EQ(result.output,
+            "Home: 7 views\r\n"
+            "Window \"Shop\" 0,0 400x300\r\n"
+            "├─ Bar #bar 0,0 400x40\r\n"
+            "│  ├─ Button \"Back\" 0,0 60x40 touch\r\n"
+            "│  └─ Button \"Find\" 60,0 60x40 touch\r\n"
+            "└─ Label \"a\\x1B[2J\" 10,100 60x20\r\n"
+            "   └─ Label \"Twice\" 10,100 60x20\r\n"
+            "Label \"Outside\" 390,10 60x20\r\n");
+}
+
+TEST(ViewTree, CutsLongLabelsAndLeavesThePlaceToBeRead) {
+  const std::string line =
+      treeOf({{std::string(100, 'x'), std::nullopt, "Label", 1, 2, 30, 40, true}},
+             Terminal(true, false, 40));
+  EXPECT_EQ(line, "Label \"xxxxxxxxxxxxxxxx… 1,2 30x40 touch\n");
+}
+
+TEST(ViewTree, HoldsTenThousandViewsOneInTheOther) {
+  std::vector<SnapshotElement> views;
+  constexpr int count = 10'000;
+  for (int index = 0; index < count; ++index) {
+    views.push_back({std::nullopt, std::nullopt, "View", index, index, 2 * (count - index),
+                     2 * (count - index), false});
+  }
+  const std::string tree = treeOf(views, Terminal(true, false, 80));
+  EXPECT_EQ(std::count(tree.begin(), tree.end(), '\n'), count);
+}
+
 const std::string pngBytes("\x89PNG\r\n\x1a\n\0\xff and so on", 20);
 
 ScriptedServer::Script sendingPicture() {
@@ -150,13 +194,6 @@ TEST(ScreenshotCommand, ShowsThePictureOnATerminalThatCan) {
   const ProgramResult unknown = on({{"TERM", "xterm"}, {"TERM_PROGRAM", ""}});
   expectExit(ExitCode::usage, unknown);
   EXPECT_EQ(unknown.output.find("\x1b_G"), std::string::npos);
-}
-
-TEST(TerminalPicture, ComesInPiecesThatSayWhetherMoreFollow) {
-  const std::string sequence =
-      pictureSequence(PictureProtocol::kitty, std::string(4'096, 'A') + std::string(4, 'B'));
-  EXPECT_EQ(sequence,
-            "\x1b_Ga=T,f=100,m=1;" + std::string(4'096, 'A') + "\x1b\\" + "\x1b_Gm=0;BBBB\x1b\\");
 }
 
 const AccessibilityAuditResponse audited{

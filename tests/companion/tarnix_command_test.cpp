@@ -120,6 +120,10 @@ TEST(TarnixCommand, SaysWhatIsWrongWithACommandLine) {
       {{"frobnicate"}, "There is no command \"frobnicate\"."},
       {{"html", "--pid", "abc"}, "--pid: Value abc not in range 1 to 2147483647."},
       {{}, "Say what to do."},
+      {{"mock", "list"}, "Say what to do: add or remove. `tarnix mock --help` shows"},
+      {{"mock", "add"}, "PATTERN is required. `tarnix mock add --help` shows"},
+      {{"mock", "add", "/cart", "--status", "4040"},
+       "--status: Value 4040 not in range 100 to 999."},
   };
   for (const auto& [arguments, explanation] : explained) {
     const ProgramResult result = tarnix(arguments);

@@ -42,27 +42,27 @@ class FileTest : public testing::Test {
 
 TEST_F(FileTest, HoldsExactlyTheContents) {
   const std::string bytes("line\n\0\xFF", 7);
-  ASSERT_TRUE(createFile(path, bytes));
+  ASSERT_TRUE(createFile(path, bytes, FileReaders::everybody));
   EXPECT_EQ(contents(path), bytes);
   EXPECT_EQ(entryCount(), 1);
 }
 
 TEST_F(FileTest, MayBeEmpty) {
-  ASSERT_TRUE(createFile(path, ""));
+  ASSERT_TRUE(createFile(path, "", FileReaders::everybody));
   EXPECT_TRUE(std::filesystem::is_empty(path));
 }
 
 TEST_F(FileTest, ReplacesALongerFile) {
-  ASSERT_TRUE(createFile(path, std::string(100'000, 'x')));
-  ASSERT_TRUE(createFile(path, "ready"));
+  ASSERT_TRUE(createFile(path, std::string(100'000, 'x'), FileReaders::everybody));
+  ASSERT_TRUE(createFile(path, "ready", FileReaders::everybody));
   EXPECT_EQ(contents(path), "ready");
   EXPECT_EQ(entryCount(), 1);
 }
 
 TEST_F(FileTest, LeavesReadersOfTheOldFileWithTheOldFile) {
-  ASSERT_TRUE(createFile(path, "old"));
+  ASSERT_TRUE(createFile(path, "old", FileReaders::everybody));
   std::ifstream reader(path);
-  ASSERT_TRUE(createFile(path, "new"));
+  ASSERT_TRUE(createFile(path, "new", FileReaders::everybody));
   std::string word;
   reader >> word;
   EXPECT_EQ(word, "old");
@@ -70,9 +70,9 @@ TEST_F(FileTest, LeavesReadersOfTheOldFileWithTheOldFile) {
 
 TEST_F(FileTest, ReplacesALinkInsteadOfFollowingIt) {
   const std::filesystem::path victim = directory / "victim";
-  ASSERT_TRUE(createFile(victim, "precious"));
+  ASSERT_TRUE(createFile(victim, "precious", FileReaders::everybody));
   std::filesystem::create_symlink(victim, path);
-  ASSERT_TRUE(createFile(path, "ready"));
+  ASSERT_TRUE(createFile(path, "ready", FileReaders::everybody));
   EXPECT_EQ(contents(victim), "precious");
   EXPECT_FALSE(std::filesystem::is_symlink(path));
   EXPECT_EQ(contents(path), "ready");
@@ -80,22 +80,25 @@ TEST_F(FileTest, ReplacesALinkInsteadOfFollowingIt) {
 
 TEST_F(FileTest, ReplacesALinkThatLeadsNowhere) {
   std::filesystem::create_symlink(directory / "nowhere", path);
-  ASSERT_TRUE(createFile(path, "ready"));
+  ASSERT_TRUE(createFile(path, "ready", FileReaders::everybody));
   EXPECT_FALSE(std::filesystem::exists(directory / "nowhere"));
   EXPECT_EQ(contents(path), "ready");
 }
 
-TEST_F(FileTest, IsReadableByEverybodyAndWritableByItsOwner) {
-  ASSERT_TRUE(createFile(path, "ready"));
+TEST_F(FileTest, IsReadableByWhomItIsForAndWritableByItsOwner) {
+  ASSERT_TRUE(createFile(path, "ready", FileReaders::everybody));
   struct stat status {};
   ASSERT_EQ(stat(path.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777U, 0644U);
+  ASSERT_TRUE(createFile(path, "private", FileReaders::owner));
+  ASSERT_EQ(stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }
 
 TEST_F(FileTest, FailsWithoutATraceWhereItCannotBe) {
-  EXPECT_FALSE(createFile(directory / "missing" / "marker", "ready"));
+  EXPECT_FALSE(createFile(directory / "missing" / "marker", "ready", FileReaders::everybody));
   std::filesystem::create_directory(path);
-  EXPECT_FALSE(createFile(path, "ready"));
+  EXPECT_FALSE(createFile(path, "ready", FileReaders::everybody));
   EXPECT_EQ(entryCount(), 1);
 }
 
@@ -106,7 +109,7 @@ TEST_F(FileTest, FailsWithoutATraceOnAFullDisk) {
     const rlimit limit{10, 10};
     signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &limit);
-    _exit(createFile(path, std::string(1000, 'x')) ? 1 : 0);
+    _exit(createFile(path, std::string(1000, 'x'), FileReaders::everybody) ? 1 : 0);
   }
   int status = 0;
   ASSERT_EQ(waitpid(child, &status, 0), child);

@@ -51,6 +51,8 @@ TEST(Qt6Text, RichTextReadsAsItIsShown) {
       {"One<br>two", TextFormat::rich, "One\ntwo", false},
       {"<p>One</p><p>two</p>", TextFormat::rich, "One\ntwo", false},
       {"<img src='none.png'>Picture", TextFormat::rich, "Picture", false},
+      {"Before<table><tr><td>In it</td></tr></table>after", TextFormat::rich,
+       "Before\nIn it\nafter", false},
       {"# Title", TextFormat::markdown, "Title", false},
       {"<a href='x'>Link</a>", TextFormat::automatic, "Link", true},
       {" <a href='x'>One</a> <a href='y'>two</a>", TextFormat::rich, "One two", true},

@@ -245,6 +245,23 @@ TEST_F(Qt6Screens, FollowAWidgetThatTakesThePlaceOfAnother) {
   ASSERT_TRUE(comes("HomeScreen"));
 }
 
+TEST_F(Qt6Screens, FollowAWidgetThatIsRaised) {
+  QWidget window;
+  window.resize(400, 300);
+  auto* const home = new HomeScreen;
+  home->setParent(&window);
+  home->resize(400, 300);
+  auto* const settings = new SettingsViewController;
+  settings->setParent(&window);
+  settings->resize(400, 300);
+  window.show();
+  ASSERT_TRUE(comes("QWidget"));
+  home->raise();
+  ASSERT_TRUE(comes("HomeScreen"));
+  settings->raise();
+  ASSERT_TRUE(comes("SettingsViewController"));
+}
+
 TEST_F(Qt6Screens, LoseAWindowThatIsDeletedAtOnce) {
   HomeScreen home;
   home.resize(400, 300);

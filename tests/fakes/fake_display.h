@@ -13,7 +13,7 @@ namespace tarnix::fakes {
 /// Ticks when the test says so.
 class FakeDisplay : public platform::Display {
  public:
-  std::unique_ptr<platform::DisplayLink> displayLink(Tick tick) override {
+  std::unique_ptr<platform::DisplayLink> displayLink(Tick tick, platform::TickDelivery) override {
     auto shared = std::make_shared<Tick>(std::move(tick));
     ticks_.push_back(shared);
     return std::make_unique<FakeLink>(std::move(shared));

@@ -19,6 +19,7 @@ void FakeServices::reset() {
   lines.clear();
   standardError.clear();
   files.clear();
+  fileReaders.clear();
   originalDescriptor = 10;
   lastDescriptor = -1;
   exceptionHandler = nullptr;
@@ -88,10 +89,11 @@ void writeSystemLog(std::string_view line) {
   services.lines.push_back("system log: " + std::string(line));
 }
 
-bool createFile(const std::string& path, std::string_view contents) {
+bool createFile(const std::string& path, std::string_view contents, FileReaders readers) {
   fakes::FakeServices& services = fakes::FakeServices::shared();
   const std::lock_guard guard(services.mutex);
   services.files[path] = contents;
+  services.fileReaders[path] = readers;
   return true;
 }
 

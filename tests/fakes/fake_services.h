@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "probe/platform/crash.h"
+#include "probe/platform/file.h"
 #include "probe/platform/standard_error.h"
 
 /// Stand-ins for the plain functions of probe/platform (crash, demangle, diagnostics, file, memory,
@@ -27,6 +28,7 @@ struct FakeServices {
   std::vector<std::string> lines;
   std::vector<std::string> standardError;
   std::map<std::string, std::string> files;
+  std::map<std::string, platform::FileReaders> fileReaders;
   /// What the original destination of standard error is to be.
   std::optional<int> originalDescriptor = 10;
   /// Null while standard error is not diverted.

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -35,10 +37,12 @@ struct FakeUrlSessionRecord {
   int invalidations = 0;
 };
 
-/// URL loading in which the test plays the network: it calls the delegates of `sessions`.
+/// URL loading in which the test plays the network: it calls the delegates of `sessions`, or of
+/// what `onResume` is given. Sessions can be made on any thread.
 class FakeUrlLoading : public platform::UrlLoading {
  public:
   using Configuration = std::shared_ptr<platform::UrlSessionConfiguration>;
+  using OnResume = std::function<void(FakeUrlSessionRecord&)>;
 
   void registerClass(platform::UrlProtocolClass& protocolClass) override {
     registered.push_back(&protocolClass);
@@ -51,10 +55,14 @@ class FakeUrlLoading : public platform::UrlLoading {
   }
   std::unique_ptr<platform::UrlSession> makeSession(
       Configuration configuration, platform::UrlSessionDelegate& delegate) override {
-    sessions.push_back(std::make_shared<FakeUrlSessionRecord>());
-    sessions.back()->configuration = std::move(configuration);
-    sessions.back()->delegate = &delegate;
-    return std::make_unique<Session>(sessions.back());
+    auto made = std::make_shared<FakeUrlSessionRecord>();
+    made->configuration = std::move(configuration);
+    made->delegate = &delegate;
+    {
+      const std::lock_guard guard(mutex_);
+      sessions.push_back(made);
+    }
+    return std::make_unique<Session>(std::move(made), onResume);
   }
 
   bool hasDefault = true;
@@ -65,6 +73,8 @@ class FakeUrlLoading : public platform::UrlLoading {
   int ephemeralCalls = 0;
   std::vector<platform::UrlProtocolClass*> registered;
   std::vector<std::shared_ptr<FakeUrlSessionRecord>> sessions;
+  /// Runs when a task starts, on its thread. Set before any session is made.
+  OnResume onResume;
   ConfigurationGetter defaultGetter{[this] {
     ++defaultCalls;
     return std::make_shared<FakeUrlSessionConfiguration>(freshClasses);
@@ -77,26 +87,38 @@ class FakeUrlLoading : public platform::UrlLoading {
  private:
   class Task : public platform::UrlSessionDataTask {
    public:
-    explicit Task(std::shared_ptr<FakeUrlSessionRecord> record) : record_(std::move(record)) {}
-    void resume() override { record_->isResumed = true; }
+    Task(std::shared_ptr<FakeUrlSessionRecord> record, OnResume onResume)
+        : record_(std::move(record)), onResume_(std::move(onResume)) {}
+    void resume() override {
+      record_->isResumed = true;
+      if (onResume_) {
+        onResume_(*record_);
+      }
+    }
     void cancel() override { ++record_->taskCancels; }
 
    private:
     std::shared_ptr<FakeUrlSessionRecord> record_;
+    OnResume onResume_;
   };
 
   class Session : public platform::UrlSession {
    public:
-    explicit Session(std::shared_ptr<FakeUrlSessionRecord> record) : record_(std::move(record)) {}
-    std::unique_ptr<platform::UrlSessionDataTask> dataTask(platform::UrlRequest request) override {
-      record_->request = std::move(request);
-      return std::make_unique<Task>(record_);
+    Session(std::shared_ptr<FakeUrlSessionRecord> record, OnResume onResume)
+        : record_(std::move(record)), onResume_(std::move(onResume)) {}
+    std::unique_ptr<platform::UrlSessionDataTask> dataTask(
+        const platform::UrlRequest& request) override {
+      record_->request = request;
+      return std::make_unique<Task>(record_, onResume_);
     }
     void invalidateAndCancel() override { ++record_->invalidations; }
 
    private:
     std::shared_ptr<FakeUrlSessionRecord> record_;
+    OnResume onResume_;
   };
+
+  std::mutex mutex_;
 };
 
 }  // namespace tarnix::fakes

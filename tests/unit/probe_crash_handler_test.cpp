@@ -114,6 +114,12 @@ TEST_F(CrashHandler, ReplacesAnEarlierReport) {
   EXPECT_EQ(report().name, "SIGFPE");
 }
 
+TEST_F(CrashHandler, WritesForItsUserAlone) {
+  probeSignalHandler(8);
+  EXPECT_EQ(fakes::FakeServices::shared().fileReaders.at("/tmp/tarnix_crash_com_example_app.json"),
+            platform::FileReaders::owner);
+}
+
 TEST_F(CrashHandler, WritesForPeople) {
   probeSignalHandler(8);
   EXPECT_TRUE(files().begin()->second.starts_with("{\n  \"type\": \"Signal\",\n"));

@@ -147,6 +147,8 @@ TEST_F(ProbeServerStart, RestartsAFailedListenerAfterTwoSeconds) {
   EXPECT_EQ(standardError(),
             "[TarnixProbe] Bonjour listener started as \"Testbench\" on _tarnix._tcp\n");
   EXPECT_EQ(fakes::FakeServices::shared().files.at("/tmp/tarnprobe_ready"), "ready");
+  EXPECT_EQ(fakes::FakeServices::shared().fileReaders.at("/tmp/tarnprobe_ready"),
+            platform::FileReaders::everybody);
   EXPECT_EQ(installed().size(), 4U) << "the captures are installed at each start";
 }
 

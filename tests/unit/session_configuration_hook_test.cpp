@@ -11,9 +11,7 @@ using ProtocolClasses = platform::UrlSessionConfiguration::ProtocolClasses;
 class OtherClass : public platform::UrlProtocolClass {
  public:
   bool canInit(const platform::UrlRequest&) override { return false; }
-  platform::UrlRequest canonicalRequest(const platform::UrlRequest& request) override {
-    return request;
-  }
+  platform::UrlRequest canonicalRequest(platform::UrlRequest request) override { return request; }
   std::unique_ptr<platform::UrlProtocol> make(platform::UrlRequest,
                                               platform::UrlProtocolClient&) override {
     return nullptr;

@@ -34,10 +34,10 @@ void PartLoader::update() {
   if (added == librariesSeen_) {
     return;
   }
-  for (Candidate& candidate : candidates_) {
-    if (!candidate.isSettled && isLibraryLoaded(candidate.hostLibrary)) {
-      candidate.isSettled = true;
-      if (UserInterfacePart* part = load(candidate.fileName)) {
+  for (Candidate* candidate : {&widgets_, &quick_}) {
+    if (!candidate->isSettled && isLibraryLoaded(candidate->hostLibrary)) {
+      candidate->isSettled = true;
+      if (UserInterfacePart* part = load(candidate->fileName)) {
         add(part);
       }
     }

@@ -20,6 +20,9 @@ class PartLoader : public ViewSource {
   /// Looks again when a library was loaded since the last time: QML brings its own along late.
   void update();
 
+  /// Whether the host had loaded the library of scenes when `update` was called last.
+  bool hasScenes() const { return quick_.isSettled; }
+
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;
   QImage lastImage(QWindow& window) override;
@@ -40,10 +43,8 @@ class PartLoader : public ViewSource {
     bool isSettled = false;
   };
 
-  std::vector<Candidate> candidates_ = {
-      {"libQt6Widgets.so.6", "libtarnixprobe-qt6-widgets.so"},
-      {"libQt6Quick.so.6", "libtarnixprobe-qt6-quick.so"},
-  };
+  Candidate widgets_{"libQt6Widgets.so.6", "libtarnixprobe-qt6-widgets.so"};
+  Candidate quick_{"libQt6Quick.so.6", "libtarnixprobe-qt6-quick.so"};
   std::vector<UserInterfacePart*> parts_;
   unsigned long long librariesSeen_ = 0;
 };

@@ -4,8 +4,8 @@
 
 namespace tarnix::qt6 {
 
-/// Display links on the toolkit's event loop. They do not take part in the host's rendering: a
-/// clock of the system's, set to the screen's refresh rate, wakes the loop.
+/// Display links on the toolkit's event loop. They do not take part in the host's rendering: what
+/// they go by is the screen's refresh rate and a clock of the system's.
 class QtDisplay : public platform::Display {
  public:
   static QtDisplay& shared();
@@ -14,7 +14,8 @@ class QtDisplay : public platform::Display {
   void start();
   void stop();
 
-  std::unique_ptr<platform::DisplayLink> displayLink(Tick tick) override;
+  std::unique_ptr<platform::DisplayLink> displayLink(Tick tick,
+                                                     platform::TickDelivery delivery) override;
 
  private:
   QtDisplay() = default;

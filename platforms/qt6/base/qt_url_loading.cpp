@@ -48,8 +48,9 @@ class Session : public platform::UrlSession {
  public:
   explicit Session(platform::UrlSessionDelegate& delegate) : delegate_(delegate) {}
 
-  std::unique_ptr<platform::UrlSessionDataTask> dataTask(platform::UrlRequest request) override {
-    return std::make_unique<Task>(std::move(request.load), delegate_);
+  std::unique_ptr<platform::UrlSessionDataTask> dataTask(
+      const platform::UrlRequest& request) override {
+    return std::make_unique<Task>(request.load, delegate_);
   }
   // Its one task is cancelled by whoever holds it.
   void invalidateAndCancel() override {}

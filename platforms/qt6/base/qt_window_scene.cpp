@@ -22,6 +22,12 @@ QRectF areaOf(const QWindow& window, const QWindow& keyWindow) {
   return {globalOrigin(window) - globalOrigin(keyWindow), window.size()};
 }
 
+/// The right and the lower edge are those of the next pixels.
+bool isInside(const QRectF& area, QPointF point) {
+  return point.x() >= area.left() && point.x() < area.right() && point.y() >= area.top() &&
+         point.y() < area.bottom();
+}
+
 /// What the popups in front hide; those with a transparent background may be of any shape.
 QRegion coveredBy(const QList<QWindow*>& popups, const QWindow& keyWindow) {
   QRegion result;
@@ -51,12 +57,17 @@ std::shared_ptr<platform::View> touchedIn(QWindow& window, const QWindow& keyWin
   const QRectF area = areaOf(window, keyWindow);
   surroundings.origin = area.topLeft();
   surroundings.clip = area;
+  if (!isInside(area, point)) {
+    return nullptr;
+  }
   if (auto view = PartLoader::shared().touchedView(window, surroundings, point, nullptr)) {
     return view;
   }
-  return area.contains(point) ? std::make_shared<ContentlessView>(window, surroundings.origin,
-                                                                  point - area.topLeft())
-                              : nullptr;
+  // A window with content that the point misses is cut out there.
+  if (PartLoader::shared().viewOf(window, surroundings) != nullptr) {
+    return nullptr;
+  }
+  return std::make_shared<ContentlessView>(window, surroundings.origin, point - area.topLeft());
 }
 
 bool takesTouch(const QWindow& window) {
@@ -69,7 +80,7 @@ std::shared_ptr<platform::View> touchedAt(QWindow& window, QPointF point) {
   QList<QWindow*> popups = WindowOrder::popups();
   popups.removeIf([](const QWindow* popup) { return !takesTouch(*popup); });
   for (qsizetype at = popups.size() - 1; at >= 0; --at) {
-    if (areaOf(*popups[at], window).contains(point)) {
+    if (isInside(areaOf(*popups[at], window), point)) {
       return touchedIn(*popups[at], window, point);
     }
   }

@@ -23,6 +23,10 @@ constexpr milliseconds stillness{120};
 // Some scenes are never still.
 constexpr milliseconds longestWait{600};
 
+// Widgets say by events what comes and goes, and a cursor that blinks is a frame too.
+constexpr milliseconds betweenLooksAtWidgets{2'000};
+static_assert(betweenLooksAtWidgets > longestWait);
+
 enum class Notice { none, frame, change };
 
 Notice noticeOf(const QObject& receiver, const QEvent& event) {
@@ -34,6 +38,7 @@ Notice noticeOf(const QObject& receiver, const QEvent& event) {
     case QEvent::Expose:
     case QEvent::WindowActivate:
     case QEvent::WindowTitleChange:
+    case QEvent::ZOrderChange:
       return receiver.isWidgetType() || receiver.isWindowType() ? Notice::change : Notice::none;
     default:
       return Notice::none;
@@ -74,7 +79,7 @@ class ScreenWatch::Events : public QObject {
     lastFrame_ = Clock::now();
     if (!timer_.isActive()) {
       firstFrame_ = lastFrame_;
-      timer_.start(stillness);
+      timer_.start(PartLoader::shared().hasScenes() ? stillness : betweenLooksAtWidgets);
     }
   }
 

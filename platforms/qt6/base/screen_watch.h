@@ -15,7 +15,8 @@ namespace tarnix::qt6 {
 /// It runs from the moment that somebody has put an implementation there, and does not touch the
 /// host's objects: it sees their events pass. A window or widget that comes or goes is looked after
 /// at once. What a Quick scene shows changes without any event, but never without a frame: when no
-/// frame has come for a while, the scene is looked over.
+/// frame has come for a while, the scene is looked over. Where there are no scenes that is done now
+/// and then, for widgets that are moved on view.
 class ScreenWatch : public ScreenFinder {
  public:
   static ScreenWatch& shared();

@@ -39,10 +39,13 @@ Exchange::~Exchange() { stop(); }
 
 void Exchange::start(platform::UrlProtocolClass& protocolClass, platform::UrlRequest described,
                      const HostRequest& request) {
+  if (described.url) {
+    url_ = {request.request.url(), described.url->absoluteString()};
+  }
   load_ = std::make_shared<ToolkitLoad>(request);
   described.load = load_;
   addBody(described, request);
-  protocol_ = protocolClass.make(protocolClass.canonicalRequest(described), *this);
+  protocol_ = protocolClass.make(protocolClass.canonicalRequest(std::move(described)), *this);
   protocol_->startLoading();
   load_->callEnds();
 }
@@ -63,10 +66,10 @@ void Exchange::addBody(platform::UrlRequest& described, const HostRequest& reque
 
 QNetworkReply* Exchange::reply() const { return load_ == nullptr ? nullptr : load_->reply(); }
 
-void Exchange::didReceiveResponse(const platform::UrlResponse& response) {
+void Exchange::didReceiveResponse(platform::UrlResponse response) {
   if (platform::UrlSessionDelegate* const delegate = load_->delegate()) {
     // The answer is the application's to give, with its own reply.
-    static_cast<void>(delegate->didReceiveResponse(response));
+    static_cast<void>(delegate->didReceiveResponse(std::move(response)));
   }
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "platforms/qt6/network/reply_text.h"
 #include "platforms/qt6/network/upload_tap.h"
 #include "platforms/qt6/shared/url_load.h"
 #include "probe/platform/url_protocol.h"
@@ -44,11 +45,13 @@ class Exchange : private platform::UrlProtocolClient {
   /// Null when the toolkit has no part in this.
   QNetworkReply* reply() const;
   const Answer& answer() const { return answer_; }
+  /// Of the request, or of what it was redirected to.
+  EncodedUrl& url() { return url_; }
   /// Null when the body is not one that is read only once.
   UploadTap* uploadTap() const { return uploadTap_.get(); }
 
   /// What the toolkit's reply has come to. Nothing once the protocol has stopped.
-  void didReceiveResponse(const platform::UrlResponse& response);
+  void didReceiveResponse(platform::UrlResponse response);
   void didReceiveData(std::string_view data);
   void willPerformHTTPRedirection(const platform::UrlResponse& response,
                                   const platform::UrlRequest& newRequest);
@@ -70,6 +73,7 @@ class Exchange : private platform::UrlProtocolClient {
   void wasRedirectedTo(const platform::UrlRequest& request,
                        const platform::UrlResponse& redirectResponse) override;
 
+  EncodedUrl url_;
   std::shared_ptr<UploadTap> uploadTap_;
   std::shared_ptr<ToolkitLoad> load_;
   Answer answer_;

@@ -29,7 +29,7 @@ void ReplyObserver::attach(QNetworkReply& reply, std::unique_ptr<Exchange> excha
   if (reply.isFinished()) {
     // Synchronous: everything is there.
     ReplyObserver observer(reply, std::move(exchange));
-    observer.hasHead_ = responseOf(reply).http.has_value();
+    observer.hasHead_ = hasHttpStatus(reply);
     observer.collectBody();
     observer.complete();
     return;
@@ -65,8 +65,8 @@ void ReplyObserver::connectSignals() {
       [this] {
         contain([this] { collectBody(); });
         contain([this] { complete(); });
-        // Nothing comes after this. Deleting it later would cost the host a turn of its loop.
-        delete this;
+        // Nothing comes after this. The reply takes the observer along when it goes: the
+        // application, whose turn it is now, need not wait for that.
       },
       Qt::DirectConnection);
 }
@@ -101,7 +101,7 @@ void ReplyObserver::redirected(const QUrl& url) {
   }
   platform::UrlRequest next;
   next.url = Url(url.toEncoded().toStdString());
-  exchange_->willPerformHTTPRedirection(responseOf(reply_), next);
+  exchange_->willPerformHTTPRedirection(responseOf(reply_, exchange_->url()), next);
   // What comes now belongs to another response; that of the redirect is not the exchange's.
   hasHead_ = false;
   isHeadDelivered_ = false;
@@ -136,7 +136,7 @@ QByteArray ReplyObserver::newBytes(qint64 count) {
 
 void ReplyObserver::deliverResponse() {
   if (hasHead_ && !std::exchange(isHeadDelivered_, true)) {
-    exchange_->didReceiveResponse(responseOf(reply_));
+    exchange_->didReceiveResponse(responseOf(reply_, exchange_->url()));
   }
 }
 
@@ -146,7 +146,7 @@ void ReplyObserver::complete() {
   }
   const std::unique_ptr<Exchange> exchange = std::move(exchange_);
   if (hasHead_ && !isHeadDelivered_) {
-    exchange->didReceiveResponse(responseOf(reply_));
+    exchange->didReceiveResponse(responseOf(reply_, exchange->url()));
   }
   exchange->didComplete(transportErrorOf(reply_));
   exchange->stop();

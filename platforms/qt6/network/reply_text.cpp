@@ -2,6 +2,7 @@
 
 #include <QNetworkReply>
 #include <QStringDecoder>
+#include <algorithm>
 #include <map>
 
 #include "platforms/qt6/network/http_status.h"
@@ -13,19 +14,41 @@ namespace {
 
 constexpr const char* errorDomain = "QNetworkReply";
 
+/// Nearly all header text is.
+bool isAscii(const QByteArray& bytes) {
+  return std::all_of(bytes.begin(), bytes.end(),
+                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
+/// A synchronous request that got no response has the status 0.
+int statusOf(const QNetworkReply& reply) {
+  return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
 }  // namespace
 
 std::string textOf(const QByteArray& bytes) {
+  if (isAscii(bytes)) {
+    return bytes.toStdString();
+  }
   QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   const QString text = decoder(bytes);
   return decoder.hasError() ? QString::fromLatin1(bytes).toStdString() : text.toStdString();
 }
 
-platform::UrlResponse responseOf(const QNetworkReply& reply) {
-  platform::UrlResponse response{Url(reply.url().toEncoded().toStdString()), std::nullopt,
-                                 std::nullopt};
-  // A synchronous request that got no response has the status 0.
-  const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+const std::string& EncodedUrl::of(const QUrl& url) {
+  if (url != url_) {
+    url_ = url;
+    text_ = url.toEncoded().toStdString();
+  }
+  return text_;
+}
+
+bool hasHttpStatus(const QNetworkReply& reply) { return statusOf(reply) > 0; }
+
+platform::UrlResponse responseOf(const QNetworkReply& reply, EncodedUrl& url) {
+  platform::UrlResponse response{Url(url.of(reply.url())), std::nullopt, std::nullopt};
+  const int status = statusOf(reply);
   if (status <= 0) {
     return response;
   }

@@ -1,7 +1,9 @@
 #include "platforms/qt6/quick/item_class.h"
 
+#include <QMetaClassInfo>
 #include <array>
 #include <cstring>
+#include <string_view>
 
 #include "platforms/qt6/shared/class_name.h"
 
@@ -72,9 +74,37 @@ Recognised recognise(const QMetaObject& metaObject) {
   return {ItemKind::plain, &metaObject};
 }
 
+constexpr std::string_view librarysPrefix = "QQuick";
+
+/// What `metaObject` itself is registered as for QML; empty when it is not, or under its own name.
+std::string_view registeredName(const QMetaObject& metaObject) {
+  for (int index = metaObject.classInfoOffset(); index < metaObject.classInfoCount(); ++index) {
+    const QMetaClassInfo info = metaObject.classInfo(index);
+    const std::string_view value = info.value();
+    if (std::strcmp(info.name(), "QML.Element") == 0 && value != "auto" && value != "anonymous") {
+      return value;
+    }
+  }
+  return {};
+}
+
+/// People know the library's items by what they are called in QML, not by the classes behind.
+std::string nameOf(const QMetaObject& metaObject) {
+  std::string name = writtenClassName(metaObject);
+  if (!name.starts_with(librarysPrefix)) {
+    return name;
+  }
+  const QMetaObject* library = &metaObject;
+  while (library->superClass() != nullptr && name != library->className()) {
+    library = library->superClass();
+  }
+  const std::string_view registered = registeredName(*library);
+  return registered.empty() ? name.substr(librarysPrefix.size()) : std::string(registered);
+}
+
 }  // namespace
 
-ItemClass::ItemClass(const QMetaObject& metaObject) : name(writtenClassName(metaObject)) {
+ItemClass::ItemClass(const QMetaObject& metaObject) : name(nameOf(metaObject)) {
   const Recognised recognised = recognise(metaObject);
   kind = recognised.kind;
   isTouchArea = isDerivedFrom(&metaObject, "QQuickMouseArea") ||

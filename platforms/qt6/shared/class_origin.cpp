@@ -79,9 +79,15 @@ bool looksLikeToolkits(std::string_view path) {
   return contains(path, "/usr/lib/") || contains(path, "/System/");
 }
 
+/// Bindings derive a class of their own from each of the toolkit's. What a program in their
+/// language derives from those is described while it runs.
+bool isOfBindings(std::string_view file) {
+  return contains(file, "/PyQt6/") || contains(file, "/PySide6/");
+}
+
 bool isToolkitFile(std::string_view file) {
   const std::string_view name = file.substr(file.rfind('/') + 1);
-  if (name.starts_with("libQt6")) {
+  if (name.starts_with("libQt6") || isOfBindings(file)) {
     return true;
   }
   static const std::string& plugins =

@@ -10,9 +10,16 @@ namespace tarnix::qt6 {
 
 namespace {
 
+// A document writes where a table or a list of its begins and ends in characters that stand for
+// none.
+constexpr QChar beginningOfFrame(u'\xfdd0');
+constexpr QChar endOfFrame(u'\xfdd1');
+
 // Pictures inside a text, and the several kinds of line ends that a document knows.
 QString readable(QString text) {
   text.remove(QChar::ObjectReplacementCharacter);
+  text.replace(beginningOfFrame, u'\n');
+  text.replace(endOfFrame, u'\n');
   text.replace(QChar::ParagraphSeparator, u'\n');
   text.replace(QChar::LineSeparator, u'\n');
   text.replace(QChar::Nbsp, u' ');

@@ -64,7 +64,16 @@ std::vector<PlainItem::Description> visibleEntries(const QMenu& menu) {
 }
 
 std::vector<PlainItem::Description> visibleEntries(const QMenuBar& menuBar) {
-  return entriesOf(menuBar, false);
+  std::vector<PlainItem::Description> entries = entriesOf(menuBar, false);
+  // In a bar that is too short this button stands for the entries that do not fit.
+  const auto* const extension = menuBar.findChild<const QWidget*>(
+      QStringLiteral("qt_menubar_ext_button"), Qt::FindDirectChildrenOnly);
+  if (extension != nullptr && extension->isVisible()) {
+    std::erase_if(entries, [extension](const PlainItem::Description& entry) {
+      return extension->geometry().intersects(entry.area.toAlignedRect());
+    });
+  }
+  return entries;
 }
 
 }  // namespace tarnix::qt6

@@ -13,6 +13,7 @@
 #include <QTabBar>
 #include <QTextEdit>
 
+#include "platforms/qt6/widgets/graphics_press.h"
 #include "platforms/qt6/widgets/label_link.h"
 #include "platforms/qt6/widgets/own_handlers.h"
 #include "platforms/qt6/widgets/widget_area.h"
@@ -57,8 +58,10 @@ PressReaction reactionOfHeader(const QHeaderView& header, QPoint point) {
 }  // namespace
 
 PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point) {
+  const bool isButton = kind == WidgetKind::button || kind == WidgetKind::toggle;
   if (!widget.isEnabled()) {
-    return PressReaction::passesOn;
+    // A disabled button is still in the way, unlike all others.
+    return isButton ? PressReaction::keeps : PressReaction::passesOn;
   }
   switch (kind) {
     case WidgetKind::button:
@@ -97,12 +100,16 @@ PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point) {
         return PressReaction::reacts;
       }
       break;
+    case WidgetKind::quickWidget:
+      // Its items are asked before it is.
+      return PressReaction::passesOn;
+    case WidgetKind::windowContainer:
+      return PressReaction::keeps;
     default:
       break;
   }
   if (const auto* const graphics = qobject_cast<const QGraphicsView*>(&widget)) {
-    if (graphics->isInteractive() &&
-        graphics->itemAt(graphics->viewport()->mapFrom(graphics, point)) != nullptr) {
+    if (reactsInScene(*graphics, point)) {
       return PressReaction::reacts;
     }
   }

@@ -15,8 +15,7 @@ enum class PressReaction {
   reacts,
 };
 
-/// What an enabled widget makes of a press at `point`, in its own coordinates. A disabled one
-/// passes everything on. Main thread.
+/// What a widget makes of a press at `point`, in its own coordinates. Main thread.
 PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point);
 
 }  // namespace tarnix::qt6

@@ -72,6 +72,30 @@ QString contentOf(const QWidget& widget, WidgetKind kind) {
   return valueOf(widget, kind).value_or(QString());
 }
 
+/// A title says with "[*]" where to mark what is not saved yet, and with two of them that it means
+/// one of itself.
+QString shownTitle(const QWidget& widget) {
+  static const QString place = QStringLiteral("[*]");
+  const QString title = widget.windowTitle();
+  QString shown;
+  qsizetype position = 0;
+  while (position < title.size()) {
+    const bool isPlace = QStringView(title).sliced(position).startsWith(place);
+    const bool isDoubled =
+        isPlace && QStringView(title).sliced(position + place.size()).startsWith(place);
+    if (isDoubled) {
+      shown += place;
+      position += 2 * place.size();
+    } else if (isPlace) {
+      shown += widget.isWindowModified() ? QStringLiteral("*") : QString();
+      position += place.size();
+    } else {
+      shown += title[position++];
+    }
+  }
+  return shown;
+}
+
 QString shownByProgressBar(const QProgressBar& bar) {
   return bar.isTextVisible() ? bar.text() : QString();
 }
@@ -137,10 +161,10 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
     case WidgetKind::dockWidget:
       // The title bar shows marks of shortcuts as they are.
       return static_cast<const QDockWidget&>(widget).titleBarWidget() == nullptr
-                 ? widget.windowTitle()
+                 ? shownTitle(widget)
                  : QString();
     case WidgetKind::subWindow:
-      return widget.windowTitle();
+      return shownTitle(widget);
     case WidgetKind::tabBar:
     case WidgetKind::plain:
       return name;

@@ -1,6 +1,7 @@
 """What the tests of touch and keys share: an application that says what happens to it, and a
 companion that acts on it."""
 
+import base64
 import html
 import os
 import pathlib
@@ -23,21 +24,24 @@ REST = 0.3
 class Application(support.Process):
     """Started in a home of its own. Lines that begin with "did: " say what happened to it."""
 
-    def __init__(self, command, **variables):
-        self.home = tempfile.TemporaryDirectory(prefix="tarnix-acting-")
-        variables = dict(variables, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
-                         QT_LOGGING_RULES="qml.info=true;js.info=true;default.info=true")
-        before = {name: os.environ.get(name) for name in variables}
-        os.environ.update(variables)
+    def __init__(self, command, files=None, **variables):
+        """`files`: what stands in its home before, as texts by their paths."""
+        # In memory: some applications write a data base at their first start, line by line.
+        memory = "/dev/shm"
+        self.home = tempfile.TemporaryDirectory(
+            prefix="tarnix-acting-", dir=memory if os.access(memory, os.W_OK) else None)
+        for path, text in (files or {}).items():
+            file = pathlib.Path(self.home.name, path)
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.write_text(text, encoding="utf-8")
+        super().__init__(command, variables=dict(
+            variables, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
+            QT_LOGGING_RULES="qml.info=true;js.info=true;default.info=true"))
         try:
-            super().__init__(command)
-        finally:
-            for name, value in before.items():
-                if value is None:
-                    del os.environ[name]
-                else:
-                    os.environ[name] = value
-        self.companion = support.Companion(self.port())
+            self.companion = support.Companion(self.port())
+        except BaseException:
+            self.kill()
+            raise
 
     def did(self):
         return [match[1] for line in list(self.errors)
@@ -47,7 +51,8 @@ class Application(support.Process):
         self.errors.clear()
 
     def ask(self, command, payload, patience=PATIENCE):
-        kind = command.split(".")[1]
+        # Two answers are called otherwise than what they answer.
+        kind = re.sub("^request(.)", lambda match: match[1].lower(), command.split(".")[1])
         self.companion.send(command, payload)
         end = time.monotonic() + patience
         while True:
@@ -57,6 +62,19 @@ class Application(support.Process):
 
     def tap(self, x, y, **options):
         return self.ask("command.tap", {"x": round(x), "y": round(y)}, **options)
+
+    def try_tap(self, x, y):
+        """The answer; nothing where the application ended with the tap."""
+        try:
+            return self.tap(x, y)
+        except Exception:
+            if self.process.poll() is None:
+                self.process.wait(PATIENCE)
+            return None
+
+    def picture(self):
+        """Of the window, as a PNG file."""
+        return base64.b64decode(self.ask("command.requestScreenshot", {})["base64PNG"])
 
     def swipe(self, x1, y1, x2, y2):
         return self.ask("command.swipe", {"x1": x1, "y1": y1, "x2": x2, "y2": y2})
@@ -75,6 +93,17 @@ class Application(support.Process):
                               int(match[3]), match[1]))
         return found
 
+    def settled_screen(self):
+        """Once it has come up: what a first start shows comes in pieces."""
+        seen = []
+
+        def rests():
+            seen.append(self.screen())
+            time.sleep(REST)
+            return len(seen) > 2 and seen[-1] and seen[-1] == seen[-2] == seen[-3]
+        support.wait_for(rests, "a screen that rests")
+        return seen[-1]
+
     def find(self, label):
         return support.wait_for(
             lambda: next(((x, y) for name, x, y, _ in self.screen() if name == label), None),
@@ -90,5 +119,6 @@ class Application(support.Process):
         return self.did()
 
     def close(self):
+        self.companion.socket.close()
         self.kill()
         self.home.cleanup()

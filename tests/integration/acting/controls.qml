@@ -102,6 +102,9 @@ ApplicationWindow {
         }
         Button { x: 460; y: 520; width: 80; height: 40; text: "Menu"; onClicked: menu.popup(460, 560) }
         Button { x: 550; y: 520; width: 80; height: 40; text: "Dialog"; onClicked: dialog.open() }
+        // A touch on what is disabled goes to what is behind it.
+        MouseArea { x: 10; y: 640; width: 120; height: 40; onClicked: window.did("ground") }
+        Button { x: 10; y: 640; width: 120; height: 40; text: "Over"; enabled: false; onClicked: window.did("over clicked") }
         Button { x: 460; y: 640; width: 80; height: 40; text: "Close"; onClicked: window.close() }
         Button { x: 550; y: 640; width: 80; height: 40; text: "Busy"; onClicked: { window.did("busy"); const end = Date.now() + 4000; while (Date.now() < end) {} } }
     }

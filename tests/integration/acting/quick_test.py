@@ -57,6 +57,7 @@ TAPS = [
     ((210, 540), False, "No tappable element at", []),
     ((340, 540), True, "Tapped control: Cut", ["cut clicked"]),
     ((420, 540), False, "No tappable element at", []),
+    ((70, 660), True, "Tapped control: MouseArea", ["ground"]),
 ]
 
 

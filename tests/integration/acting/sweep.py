@@ -1,90 +1,176 @@
-"""Taps every element that an application's screen names, each in a fresh start, and tells which of
-them reacted. Not a test: what an application does with a tap is its own affair; a person looks into
-each line that says "nothing seen".
+"""Taps what an application's screen names, each element in a fresh start of the application, and
+tells which of them reacted.
 
-    sweep.py [APPLICATION...]
+    sweep.py [--all] [APPLICATION...]
+
+Without --all each application gets a share of the time that a test has, and of its elements as many
+as fit into that, spread over the screen. Fails where an answer was not true: something changed
+although the tap was refused, or nothing did although a control of that name was said to be tapped.
 """
 
 import hashlib
-import queue
+import math
+import pathlib
 import sys
 import time
 
 import acting_support
 from acting_support import Application
 
-APPLICATIONS = ["pentobi", "focuswriter", "tipp10"]
-# Caret and spinners change a picture by themselves; a reaction shows within this.
-PATIENCE = 2.0
 
+class Start:
+    """How to bring an application to a screen that is worth a sweep."""
 
-def start(name):
-    program = f"/usr/games/{name}" if name == "pentobi" else f"/usr/bin/{name}"
-    application = Application([program])
-    # What a first start shows comes in pieces.
-    before = None
-    for _ in range(50):
-        time.sleep(0.2)
-        now = application.screen()
-        if now and now == before:
+    def __init__(self, program, files=None, taps=()):
+        self.program = program
+        self.files = files
+        self.taps = taps
+
+    def application(self):
+        application = Application([self.program], self.files)
+        try:
+            application.settled_screen()
+            for label in self.taps:
+                application.tap_label(label)
+                application.settled_screen()
             return application
-        before = now
-    return application
-
-
-def seen(application):
-    """The screen as text, and a digest of its picture where there is one."""
-    try:
-        picture = application.ask("command.requestScreenshot", {}, patience=2)
-    except queue.Empty:
-        # A window that was never rendered has none, and no answer is sent.
-        picture = None
-    return application.screen(), hashlib.sha256(repr(picture).encode()).hexdigest()
-
-
-def effect_of_tap(name, index):
-    application = start(name)
-    try:
-        elements = application.screen()
-        if index >= len(elements):
-            return None
-        label, x, y, tag = elements[index]
-        text, picture = seen(application)
-        answer = application.tap(x, y, patience=20)
-        end = time.monotonic() + PATIENCE
-        effect = "nothing seen"
-        while time.monotonic() < end and effect == "nothing seen":
-            if application.process.poll() is not None:
-                effect = "the application ended"
-                break
-            new_text, new_picture = seen(application)
-            if new_text != text:
-                effect = "another screen"
-            elif new_picture != picture:
-                effect = "another picture"
-        return label, tag, (x, y), answer, effect
-    except Exception as error:  # A host that ends closes the connection.
-        if application.process.poll() is None:
+        except BaseException:
+            application.close()
             raise
-        return label, tag, (x, y), {"success": True, "message": repr(error)}, "the application ended"
-    finally:
-        application.close()
+
+
+# With whole paths: root has no games in its path.
+APPLICATIONS = {
+    "pentobi": Start("/usr/games/pentobi"),
+    # Shows its bars only to a mouse that comes near, unless told otherwise. The lower one has a
+    # clock, which changes without a tap.
+    "focuswriter": Start("/usr/bin/focuswriter", {
+        ".config/GottCode/FocusWriter.conf":
+            "[View]\nAlwaysShowHeader=true\n"}),
+    "tipp10": Start("/usr/bin/tipp10", taps=["Launch TIPP10"]),
+}
+# Of one application, in seconds.
+SHARE = 40
+# Longer than a caret takes to go and to come back.
+WATCH = 1.2
+# A reaction shows within this.
+PATIENCE = 2.5
+# What a screen names that people only read.
+READ_ONLY = {"p", "h2", "img", "span", "nav"}
+
+
+class Changes:
+    """Tells whether a screen looks as it did before, where a caret may have been on or off."""
+
+    def __init__(self, application):
+        self.application = application
+        self.texts = set()
+        self.pictures = set()
+        end = time.monotonic() + WATCH
+        while time.monotonic() < end:
+            text, picture = self.look()
+            self.texts.add(text)
+            self.pictures.add(picture)
+            time.sleep(0.1)
+
+    def look(self):
+        text = self.application.ask("command.screenHTML", {})["html"]
+        picture = self.application.picture()
+        return text, hashlib.sha256(picture).hexdigest()
+
+    def wait(self):
+        """What is seen of a reaction; nothing when there is none."""
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            if self.application.process.poll() is not None:
+                return "the application ended"
+            try:
+                text, picture = self.look()
+            except Exception:
+                # A host that ends closes the connection, a little before it is gone.
+                self.application.process.wait(acting_support.PATIENCE)
+                continue
+            if text not in self.texts:
+                return "another screen"
+            if picture not in self.pictures:
+                return "another picture"
+        return None
+
+
+class Tap:
+    """What became of the element of this index."""
+
+    def __init__(self, start, index):
+        application = start.application()
+        try:
+            elements = application.screen()
+            self.element_count = len(elements)
+            if index >= len(elements):
+                self.kind = "gone"
+                self.line = f"{'gone':9} element {index}"
+                return
+            label, x, y, tag = elements[index]
+            line = application.ask("command.screenHTML", {})["html"].splitlines()[index + 1]
+            changes = Changes(application)
+            answer = application.try_tap(x, y)
+            effect = changes.wait()
+            self.kind = self.judge(label, tag, ' v="1"' in line, answer, effect)
+            message = answer["message"][:70] if answer else "ended before it answered"
+            self.line = (f"{self.kind:9} {tag:6} {label[:40]!r} at {x},{y}: {message}; "
+                         f"{effect or 'nothing seen'}")
+        finally:
+            application.close()
+
+    @staticmethod
+    def judge(label, tag, is_on, answer, effect):
+        if answer is None or answer["success"] and effect:
+            return "reacted"
+        if not answer["success"]:
+            # A finger reaches nothing there: something to be read, or disabled.
+            return "refused" if effect is None else "UNTRUE"
+        if not answer["message"].partition(": ")[2].startswith(label.removesuffix("...")):
+            # It is disabled or only read, and what lies behind took the touch.
+            return "behind"
+        # What is chosen already stays as it is, and so does a text where the caret goes to.
+        return "idle" if is_on or tag in READ_ONLY or tag == "input" else "UNTRUE"
+
+
+def spread(count):
+    """All indices, such that any first few of them lie far apart."""
+    step = max(1, round(count * (math.sqrt(5) - 1) / 2))
+    while math.gcd(step, count) != 1:
+        step += 1
+    return [index * step % count for index in range(count)]
+
+
+def sweep(name, is_complete=False):
+    """What became of the elements of that application."""
+    start = APPLICATIONS[name]
+    end = math.inf if is_complete else time.monotonic() + SHARE
+    taps = [Tap(start, 0)]
+    print(f"== {name}, {taps[0].element_count} elements\n{taps[0].line}", flush=True)
+    for index in spread(taps[0].element_count):
+        if time.monotonic() > end:
+            break
+        if index != 0:
+            taps.append(Tap(start, index))
+            print(taps[-1].line, flush=True)
+    counts = {kind: sum(tap.kind == kind for tap in taps) for kind in {tap.kind for tap in taps}}
+    print(f"== {name}: {counts} of {len(taps)} tapped", flush=True)
+    return taps
 
 
 def main():
-    for name in sys.argv[1:] or APPLICATIONS:
-        print(f"== {name}", flush=True)
-        counts = {}
-        index = 0
-        while (found := effect_of_tap(name, index)) is not None:
-            label, tag, point, answer, effect = found
-            kind = ("reacted" if effect != "nothing seen" else "silent") if answer["success"] else \
-                ("refused" if effect == "nothing seen" else "refused, but changed")
-            counts[kind] = counts.get(kind, 0) + 1
-            print(f"{kind:22} {tag:7} {point!s:12} {label!r}: {answer['message']}; {effect}",
-                  flush=True)
-            index += 1
-        print(f"== {name}: {counts}", flush=True)
+    names = [word for word in sys.argv[1:] if not word.startswith("-")]
+    is_true = True
+    for name in names or APPLICATIONS:
+        if not pathlib.Path(APPLICATIONS[name].program).exists():
+            raise SystemExit(f"{name} is not installed")
+        taps = sweep(name, "--all" in sys.argv)
+        is_true = is_true and all(tap.kind != "UNTRUE" for tap in taps)
+        # A screen on which nothing reacts was not the application's.
+        is_true = is_true and any(tap.kind == "reacted" for tap in taps)
+    sys.exit(0 if is_true else 1)
 
 
 if __name__ == "__main__":

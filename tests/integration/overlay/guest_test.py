@@ -42,7 +42,6 @@ class Guest(Application):
         return self
 
     def __exit__(self, *_):
-        self.companion.close()
         self.close()
 
     def show(self, category, **fields):

@@ -336,7 +336,8 @@ void showContainers() {
   area->addSubWindow(new QLabel("Lower"))->setGeometry(0, 0, 200, 120);
   area->addSubWindow(new QLabel("Upper"))->setGeometry(10, 10, 220, 140);
   for (QMdiSubWindow* subWindow : area->subWindowList()) {
-    subWindow->setWindowTitle("Document");
+    subWindow->setWindowTitle("Document [*][*][*]");
+    subWindow->setWindowModified(true);
     subWindow->show();
   }
   grid->addWidget(area, 1, 1);
@@ -357,6 +358,14 @@ void showMenu() {
     QMenu* const recent = file->actions().last()->menu();
     recent->popup(window->mapToGlobal(QPoint(200, 150)));
   });
+}
+
+void showNarrowMenuBar() {
+  auto* const window = new QMainWindow;
+  addMenus(*window);
+  window->setMinimumWidth(1);
+  window->resize(90, 200);
+  window->show();
 }
 
 void showComboBox() {
@@ -424,9 +433,11 @@ void showMany() {
 
 bool showWidgetPage(const QString& name) {
   static const std::map<QString, std::function<void()>> pages = {
-      {"labels", showLabelsNearby},   {"controls", showControls}, {"views", showViews},
-      {"containers", showContainers}, {"menu", showMenu},         {"combo", showComboBox},
-      {"dialog", showDialog},         {"quick", showQuick},       {"many", showMany},
+      {"labels", showLabelsNearby},   {"controls", showControls},
+      {"views", showViews},           {"narrow menu bar", showNarrowMenuBar},
+      {"containers", showContainers}, {"menu", showMenu},
+      {"combo", showComboBox},        {"dialog", showDialog},
+      {"quick", showQuick},           {"many", showMany},
   };
   const auto page = pages.find(name);
   if (page == pages.end()) {

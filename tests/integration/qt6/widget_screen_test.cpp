@@ -142,7 +142,7 @@ TEST(WidgetScreen, OfPagesTheCurrentOneIsThere) {
                                    "StaticText Stacked above", "Button Open drawer",
                                    "StaticText In the open drawer", "Button Closed drawer",
                                    // The lower of two windows shows no more than an edge.
-                                   "Header Document", "StaticText Upper"));
+                                   "Header Document [*]*", "StaticText Upper"));
 }
 
 TEST(WidgetScreen, OpenMenusAreReadInFrontOfTheWindow) {
@@ -158,6 +158,11 @@ TEST(WidgetScreen, OpenMenusAreReadInFrontOfTheWindow) {
   EXPECT_LT(entry.front().frame.minX(), 25);
   EXPECT_GE(entry.front().frame.minY(), 40);
   EXPECT_LT(entry.front().frame.minY(), 45);
+}
+
+TEST(WidgetScreen, MenusThatDoNotFitIntoTheirBarAreNotThere) {
+  const ShownWidgetPage shown("narrow menu bar");
+  EXPECT_THAT(screenLines(), ElementsAre("Button File"));
 }
 
 TEST(WidgetScreen, AnOpenListHidesItsBox) {

@@ -1,7 +1,7 @@
 // An application that comes to a bad end. Arguments: its identifier, how it ends, and optionally
-// where: "main" (default), "slot", "thread", "qthread", "child" (a forked one, whose way of ending
-// becomes the exit code) or "exit" (a destructor that runs at exit). It begins once a line arrives
-// on standard input.
+// where: "main" (default), "slot", "thread", "qthread", "exit" (a destructor that runs at exit),
+// "child" (a forked one, whose way of ending becomes the exit code) or "program" (the same in this
+// program started anew, which begins at once). It begins once a line arrives on standard input.
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -20,6 +20,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace shop {
@@ -108,8 +109,13 @@ class EndsBadly {
 
 EndsBadly atExit;
 
-void endInAChild(const std::string& end) {
+/// In a copy of this process, or in this program started anew. Ends as the child did.
+void endInAChild(const std::string& end, bool isProgram) {
   const pid_t child = ::fork();
+  if (child == 0 && isProgram) {
+    ::execl("/proc/self/exe", "child", "no identifier", end.c_str(), "at once", nullptr);
+    std::_Exit(1);
+  }
   if (child == 0) {
     ends().at(end)();
     std::_Exit(0);
@@ -126,8 +132,8 @@ void perform(const std::string& end, const std::string& place) {
     std::thread(ends().at(end)).detach();
   } else if (place == "qthread") {
     QThread::create(ends().at(end))->start();
-  } else if (place == "child") {
-    endInAChild(end);
+  } else if (place == "child" || place == "program") {
+    endInAChild(end, place == "program");
   } else if (place == "exit") {
     atExit.end = end;
     QGuiApplication::quit();
@@ -139,6 +145,10 @@ void perform(const std::string& end, const std::string& place) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  if (argumentCount > 3 && std::string_view(arguments[3]) == "at once") {
+    ends().at(arguments[2])();
+    return 0;
+  }
   QGuiApplication application(argumentCount, arguments);
   QGuiApplication::setDesktopFileName(QString::fromLocal8Bit(arguments[1]));
   const std::string end = arguments[2];
@@ -148,10 +158,10 @@ int main(int argumentCount, char** arguments) {
   std::thread starter([&] {
     std::string line;
     std::getline(std::cin, line);
-    if (place == "main" || place == "exit" || place == "slot" || place == "child") {
-      QMetaObject::invokeMethod(qApp, [&] { perform(end, place); });
-    } else {
+    if (place == "thread" || place == "qthread") {
       perform(end, place);
+    } else {
+      QMetaObject::invokeMethod(qApp, [&] { perform(end, place); });
     }
   });
   starter.detach();

@@ -15,6 +15,12 @@ CRASH_HOST = BUILD / "bin/tarnix_crash_host"
 # Signals whose cause stays: the handler leaves the thread where it was, so the host goes on crashing
 # at the same instruction until somebody ends it.
 PERSISTENT = {"segv": "SIGSEGV", "fpe": "SIGFPE", "ill": "SIGILL", "bus": "SIGBUS"}
+FUNCTIONS = {
+    "segv": "writeNowhere",
+    "fpe": "divideByZero",
+    "ill": "executeNonsense",
+    "bus": "readBeyondTheFile",
+}
 
 
 class Crash(unittest.TestCase):
@@ -89,24 +95,21 @@ class Crash(unittest.TestCase):
 
 class Signals(Crash):
     def test_each_of_the_faults(self):
-        functions = {
-            "segv": "writeNowhere",
-            "fpe": "divideByZero",
-            "ill": "executeNonsense",
-            "bus": "readBeyondTheFile",
-        }
         for end, name in PERSISTENT.items():
             with self.subTest(end):
                 self.setUp()
-                report = self.check_persistent(name, functions[end], end)
+                report = self.check_persistent(name, FUNCTIONS[end], end)
                 self.assertRegex(report["stack"][0], r"crash_host\.cpp:\d+")
                 self.assertTrue(any(" main " in frame or " main + " in frame for frame in report["stack"]))
 
-    def test_in_other_threads_and_in_a_slot(self):
-        for place in ("slot", "thread", "qthread"):
-            with self.subTest(place):
-                self.setUp()
-                self.check_persistent("SIGSEGV", "writeNowhere", "segv", place)
+    def test_each_of_the_faults_in_a_slot_in_other_threads_and_in_a_destructor_at_exit(self):
+        for place in ("slot", "thread", "qthread", "exit"):
+            for end, name in PERSISTENT.items():
+                with self.subTest(place=place, end=end):
+                    self.setUp()
+                    report = self.check_persistent(name, FUNCTIONS[end], end, place)
+                    in_destructor = any("~EndsBadly" in frame for frame in report["stack"])
+                    self.assertEqual(in_destructor, place == "exit")
 
     def test_a_stack_that_overflows(self):
         for place in ("main", "thread", "qthread"):
@@ -114,10 +117,6 @@ class Signals(Crash):
                 self.setUp()
                 report = self.check_persistent("SIGSEGV", "overflow(int)", "overflow", place)
                 self.assertTrue(all("overflow(int)" in frame for frame in report["stack"][1:100]))
-
-    def test_in_a_destructor_at_exit(self):
-        report = self.check_persistent("SIGSEGV", "writeNowhere", "segv", "exit")
-        self.assertTrue(any("~EndsBadly" in frame for frame in report["stack"]))
 
     def test_an_abort_ends_the_host_as_before(self):
         for words in (("abort",), ("abort", "thread"), ("abort", "exit"), ("terminate",)):
@@ -142,12 +141,16 @@ class Signals(Crash):
         self.assertEqual(process.wait(), 0)
         self.assertEqual(self.report()["name"], "SIGFPE")
 
-    def test_a_forked_child_ends_as_before_and_leaves_nothing(self):
-        for end, number in (("segv", signal.SIGSEGV), ("abort", signal.SIGABRT)):
-            with self.subTest(end):
-                self.setUp()
-                self.assertEqual(self.end_with_the_probe(end, "child")[0], number)
-                self.assertFalse(self.path.exists())
+    def test_a_child_ends_as_before_and_leaves_nothing(self):
+        ends = {end: getattr(signal, name) for end, name in PERSISTENT.items()}
+        ends |= {"abort": signal.SIGABRT, "overflow": signal.SIGSEGV, "exception": signal.SIGABRT}
+        for place in ("child", "program"):
+            for end, number in ends.items():
+                with self.subTest(place=place, end=end):
+                    self.setUp()
+                    self.assertEqual(self.end_with_the_probe(end, place)[0], number)
+                    self.assertFalse(self.path.exists())
+                    self.assertFalse(pathlib.Path("/tmp/tarnix_crash_no identifier.json").exists())
 
 
 class Exceptions(Crash):
@@ -180,11 +183,31 @@ class Exceptions(Crash):
 
 
 class Reports(Crash):
+    def test_is_never_seen_half(self):
+        process = self.start("segv", "thread")
+        self.report()
+        seen = set()
+        texts = 0
+
+        def look():
+            nonlocal texts
+            self.assertEqual(json.loads(self.path.read_text(encoding="utf-8"))["name"], "SIGSEGV")
+            texts += 1
+            seen.add(self.path.stat().st_ino)
+            return len(seen) >= 4
+
+        self.assertTrue(wait_until(look), "the report is not written again")
+        self.assertGreater(texts, 4)
+        process.send_signal(signal.SIGKILL)
+        process.wait()
+        look()
+
     def test_is_written_for_people_and_replaces_what_stands_there(self):
         self.path.symlink_to("/tmp/tarnix_crash_victim")
         self.end_with_the_probe("abort")
         self.report()
         self.assertFalse(self.path.is_symlink())
+        self.assertEqual(self.path.stat().st_mode & 0o7777, 0o600)
         self.assertFalse(os.path.lexists("/tmp/tarnix_crash_victim"))
         self.assertTrue(self.path.read_text().startswith('{\n  "type": "Signal",\n'))
         self.assertEqual(re.findall(r"\.json\..*", " ".join(os.listdir("/tmp"))), [])

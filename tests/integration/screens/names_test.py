@@ -75,8 +75,11 @@ class Names(unittest.TestCase):
         self.addCleanup(self.display.close)
         self.pictures = 0
 
-    def start(self, *command):
-        folder = tempfile.TemporaryDirectory()
+    def start(self, *command, preloaded=PRELOADED):
+        # In memory: one of the applications fills a database when it starts for the first time, and
+        # waits for the disk at each of its rows.
+        memory = pathlib.Path("/dev/shm")
+        folder = tempfile.TemporaryDirectory(dir=memory if os.access(memory, os.W_OK) else None)
         self.addCleanup(folder.cleanup)
         home = pathlib.Path(folder.name)
         for name in ("home", "runtime", "temporary"):
@@ -84,7 +87,7 @@ class Names(unittest.TestCase):
         self.host = Process(
             command,
             env=environment(
-                PRELOADED,
+                preloaded,
                 QT_QPA_PLATFORM="xcb",
                 DISPLAY=self.display.name,
                 QT_QUICK_BACKEND="software",
@@ -151,6 +154,22 @@ class Names(unittest.TestCase):
         self.act("page 0")
         self.expect("Inbox Page")
 
+    def tap(self, label):
+        """Taps what is labelled so, once it is there."""
+        last = None
+
+        def is_done():
+            nonlocal last
+            last = subprocess.run(
+                [str(TARNIX), "tap", "--text", label, "--pid", str(self.host.pid)],
+                capture_output=True,
+                text=True,
+                timeout=60,
+            )
+            return last.returncode == 0
+
+        self.assertTrue(wait_until(is_done), last.stderr)
+
     def html(self):
         return subprocess.run(
             [str(TARNIX), "html", "--pid", str(self.host.pid)],
@@ -177,6 +196,28 @@ class Names(unittest.TestCase):
         self.expect("Report")
         self.act("tab 2")
         self.expect("Main Window")
+
+    def test_a_program_of_python(self):
+        python = "/usr/bin/python3"
+        found = subprocess.run([python, "-c", "import PyQt6.QtWidgets"], capture_output=True)
+        if found.returncode != 0:
+            self.skipTest("the toolkit's bindings are not there")
+        # Python loads the toolkit long after its start. This has it there from the start on.
+        self.start(python, HERE / "python_window.py", preloaded=f"{PRELOADED}:libQt6Gui.so.6")
+        self.expect("Note Page")
+        self.act("search")
+        self.expect("Search Dialog")
+        self.act("close")
+        self.expect("Note Page")
+        for word in ("box", "plain"):
+            self.act(word)
+            self.assertTrue(wait_until(lambda: f"This is a {word}" in self.html()))
+            self.expect("Note Page")
+            self.act("close")
+        self.act("page 1")
+        self.expect("Notes Window")
+        self.act("page 0")
+        self.expect("Note Page")
 
     def test_the_html_bears_the_name(self):
         self.start(HOST)
@@ -219,10 +260,82 @@ class Names(unittest.TestCase):
         self.act("swipe 0")
         self.expect("Wind")
 
+    def test_windows_in_a_window_and_boxes_of_tools(self):
+        self.start(HOST)
+        self.act("tab 4")
+        self.act("sheet 0")
+        self.expect("Chart Sheet")
+        self.act("sheet 1")
+        self.expect("Table Sheet")
+        self.act("sheet 0")
+        self.expect("Chart Sheet")
+        self.act("tab 5")
+        self.expect("Brush Tools")
+        self.act("tool 1")
+        self.expect("Colour Tools")
+        self.act("tab 4")
+        self.expect("Chart Sheet")
+
+    def test_a_wizard(self):
+        self.start(HOST)
+        self.expect("Inbox Page")
+        self.act("wizard")
+        self.expect("Welcome Page")
+        self.act("next")
+        self.expect("Password")
+        self.act("back")
+        self.expect("Welcome Page")
+        self.act("close")
+        self.expect("Inbox Page")
+
+    def test_a_scene_in_a_widget(self):
+        self.start(HOST)
+        self.expect("Inbox Page")
+        self.act("scene")
+        self.expect("HourlyView")
+        self.act("exchange 1")
+        self.expect("WeeklyView")
+        self.act("exchange 0")
+        self.expect("HourlyView")
+        self.act("tab 1")
+        self.expect("User Profile Detail")
+
     def test_a_board_game(self):
         require("/usr/games/pentobi")
         self.start("/usr/games/pentobi")
         self.expect("GameViewDesktop")
+        self.tap("Settings")
+        self.expect("ComputerDialog")
+        self.tap("Cancel")
+        self.expect("GameViewDesktop")
+        self.tap("menu desktop")
+        self.tap("Help")
+        self.expect("GameViewDesktop")
+        self.tap("About Pentobi")
+        self.expect("AboutDialog")
+        self.tap("Close")
+        self.expect("GameViewDesktop")
+        self.tap("menu desktop")
+        self.tap("Game")
+        self.tap("Game Info")
+        self.expect("GameInfoDialog")
+
+    def test_a_typing_tutor(self):
+        require("/usr/bin/tipp10")
+        self.start("/usr/bin/tipp10")
+        self.expect("Illustration Dialog")
+        self.tap("Launch TIPP10")
+        self.expect("Start Widget")
+        self.tap("File")
+        self.expect("Start Widget")
+        self.tap("Settings")
+        self.expect("Settings")
+        self.tap("Cancel")
+        self.expect("Start Widget")
+        self.tap("Start Training")
+        self.expect("Training Widget")
+        self.tap("Cancel")
+        self.expect("Start Widget")
 
     def test_a_text_editor(self):
         require("/usr/bin/focuswriter")
@@ -231,6 +344,19 @@ class Names(unittest.TestCase):
         self.display.key("ctrl+f")
         self.expect("Find Dialog")
         self.display.key("Escape")
+        self.expect("Document")
+
+    def test_a_dialog_of_the_toolkit_in_a_text_editor(self):
+        require("/usr/bin/focuswriter")
+        self.start("/usr/bin/focuswriter")
+        self.expect("Document")
+        self.display.key("ctrl+o")
+        self.assertTrue(
+            wait_until(lambda: "File name" in self.html()), "the dialog for files is not there"
+        )
+        self.expect("Document")
+        self.display.key("Escape")
+        self.assertTrue(wait_until(lambda: "File name" not in self.html()))
         self.expect("Document")
 
 

@@ -43,6 +43,49 @@ Window {
 }
 """
 
+# Asks once in each way that QML has, its own threads included.
+EVERY_WAY = """
+import QtQuick
+import QtQuick.Window
+import QtQml.WorkerScript
+Window {
+  visible: true; width: 300; height: 200
+  property string base: Qt.application.arguments[Qt.application.arguments.length - 1]
+  property string loaded
+  Text { text: loaded }
+  Image { id: picture }
+  FontLoader { id: font; onStatusChanged: if (status === FontLoader.Error) loaded += " font" }
+  Loader { id: loader; onLoaded: loaded += " component" }
+  WorkerScript {
+    id: worker; source: "worker.mjs"; onMessage: (message) => loaded += " " + message.text
+  }
+  Timer {
+    // Not before the probe is there.
+    interval: 3000; running: true
+    onTriggered: {
+      picture.source = base + "/status?code=404&way=image"
+      font.source = base + "/plain?way=font"
+      loader.source = base + "/component?way=loader"
+      worker.sendMessage({"url": base + "/plain?way=worker"})
+      const request = new XMLHttpRequest()
+      request.open("GET", base + "/plain?way=script")
+      request.send()
+    }
+  }
+}
+"""
+WORKER = """
+WorkerScript.onMessage = function(message) {
+  const request = new XMLHttpRequest()
+  request.onreadystatechange = function() {
+    if (request.readyState === XMLHttpRequest.DONE)
+      WorkerScript.sendMessage({"text": "worker " + request.responseText})
+  }
+  request.open("GET", message.url)
+  request.send()
+}
+"""
+
 VALIDATOR = pathlib.Path(__file__).with_name("validate_har.js")
 # Where Debian's packages for it are, whichever build of the interpreter runs.
 MODULES = "/usr/share/nodejs"
@@ -55,6 +98,39 @@ def complaints_about(archive):
     assert found.stderr == "", found.stderr
     assert (found.returncode == 0) == (found.stdout == ""), found
     return found.stdout
+
+
+class WaysOfQml(unittest.TestCase):
+    def test_are_all_seen(self):
+        server = ScriptedServer()
+        with tempfile.TemporaryDirectory() as folder:
+            page = pathlib.Path(folder) / "page.qml"
+            page.write_text(EVERY_WAY, encoding="utf-8")
+            (pathlib.Path(folder) / "worker.mjs").write_text(WORKER, encoding="utf-8")
+            host = Process([QML_RUNTIME, page, "--", f"http://127.0.0.1:{server.port}"])
+            try:
+                companion = Companion(host.port())
+                wait_for(lambda: {"font", "component", "hello"} <= self.words(host), "all answers")
+                # A component from a server is looked for in a list of the server's first.
+                wanted = [("/component?way=loader", 200), ("/plain?way=font", 200),
+                          ("/plain?way=script", 200), ("/plain?way=worker", 200), ("/qmldir", 404),
+                          ("/status?code=404&way=image", 404)]
+                wait_for(lambda: len(companion.synced_exchanges()) >= len(wanted), "all exchanges")
+                exchanges = companion.synced_exchanges()
+                self.assertEqual(
+                    sorted((exchange["url"].removeprefix(f"http://127.0.0.1:{server.port}"),
+                            exchange["statusCode"]) for exchange in exchanges), wanted)
+                seen = {exchange["url"].split("=")[-1]: exchange for exchange in exchanges}
+                self.assertEqual(body_of(seen["worker"], "responseBody"), b"hello")
+                companion.close()
+            finally:
+                host.kill()
+                server.close()
+
+    def words(self, host):
+        shown = subprocess.run([TARNIX, "text", "--pid", str(host.pid)], capture_output=True,
+                               text=True, timeout=TIME_LIMIT)
+        return set(shown.stdout.split())
 
 
 class Commands(unittest.TestCase):
@@ -153,6 +229,8 @@ class Commands(unittest.TestCase):
                                  "responseBody"), body.read_bytes())
         self.tarnix("mock", "remove", rule)
         self.tarnix("mock", "add", "x", "--body", "@/nonexistent", code=1)
+        body.write_bytes(b"\xff\xd8 a picture")
+        self.tarnix("mock", "add", "x", "--body", f"@{body}", code=1)
         self.tarnix("mock", "add", "x", "--header", "no colon", code=2)
 
     def test_intercept_fails_requests_and_stops(self):

@@ -1,6 +1,8 @@
 """Traffic under load: rules that change while they are searched, a companion that comes and goes,
 and bodies that are larger than anybody should keep."""
 
+import urllib.parse
+
 from scripted_server import ScriptedServer
 from traffic_support import *
 
@@ -9,6 +11,43 @@ def peak_memory(pid):
     """Of a process, in kB."""
     with open(f"/proc/{pid}/status", encoding="ascii") as status:
         return next(int(line.split()[1]) for line in status if line.startswith("VmHWM"))
+
+
+def numbers_in(url):
+    """Of which thread a steady request is, and which one of it."""
+    arguments = urllib.parse.parse_qs(urllib.parse.urlsplit(url).query)
+    return int(arguments["thread"][0]), int(arguments["number"][0])
+
+
+class SeenNumbers:
+    """What companions are told of steady requests: for each thread, the numbers in their order."""
+
+    def __init__(self, test):
+        self.test = test
+        self.numbers = {}
+
+    def by_thread(self, exchanges):
+        found = {}
+        for exchange in exchanges:
+            thread, number = numbers_in(exchange["url"])
+            found.setdefault(thread, []).append(number)
+        for numbers in found.values():
+            self.test.assertEqual(numbers, list(range(numbers[0], numbers[0] + len(numbers))),
+                                  "each once and in its order")
+        return found
+
+    def check(self, exchanges):
+        """Of a companion that was replaced: all of it has come to the others too."""
+        for thread, numbers in self.by_thread(exchanges).items():
+            self.test.assertLessEqual(set(numbers), set(self.numbers[thread]))
+
+    def add(self, exchanges):
+        """Of a sync, or of the events that follow it."""
+        for thread, numbers in self.by_thread(exchanges).items():
+            known = self.numbers.setdefault(thread, [])
+            if known:
+                self.test.assertLessEqual(numbers[0], known[-1] + 1, "nothing is left out")
+            known += [number for number in numbers if not known or number > known[-1]]
 
 
 class Load(unittest.TestCase):
@@ -57,21 +96,43 @@ class Load(unittest.TestCase):
         companion.close()
         self.assertEqual(host.end(), 0)
 
-    def test_a_thread_that_makes_requests_while_all_begins_and_companions_come_and_go(self):
-        host = self.start(TRACE_HOST_STEADY_REQUESTS="400")
+    def test_threads_that_make_requests_while_all_begins_and_companions_come_and_go(self):
+        # Endless as far as this test is concerned: they are told to stop.
+        host = self.start(TRACE_HOST_STEADY_REQUESTS="1000000", TRACE_HOST_STEADY_THREADS="3")
         port = host.port()
-        for _ in range(8):
+        seen = SeenNumbers(self)
+        companions = []
+        for turn in range(12):
             companion = Companion(port)
-            time.sleep(0.15)
+            seen.add(companion.sync[1]["httpRequests"])
+            events = companion.exchanges(5)
+            if turn % 3 == 0:
+                # The next one replaces it.
+                companions.append((companion, events))
+                continue
+            if turn % 3 == 1:
+                # Gone without a word.
+                companion.socket.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER,
+                                            struct.pack("ii", 1, 0))
             companion.close()
-        companion = Companion(port)
-        wait_for(lambda: any("number=400" in exchange["url"]
-                             for exchange in companion.synced_exchanges()), "the last request")
-        numbers = [int(exchange["url"].split("=")[-1]) for exchange in companion.synced_exchanges()
-                   if "number=" in exchange["url"]]
-        # From the moment at which the probe was there: every request, once, in its order.
-        self.assertEqual(numbers, list(range(numbers[0], 401)))
-        companion.close()
+            seen.add(events)
+        self.assertEqual(host.trace("stop-steady"), [])
+        last = Companion(port)
+        seen.add(last.sync[1]["httpRequests"])
+        for companion, events in companions:
+            seen.check(events + companion.received_exchanges())
+            companion.close()
+        last.close()
+        made = {}
+        for request in self.server.take_requests():
+            thread, number = numbers_in(request["target"])
+            made.setdefault(thread, []).append(number)
+        self.assertEqual(sorted(seen.numbers), [0, 1, 2])
+        for thread, numbers in seen.numbers.items():
+            # From the first that was seen on: all that the server was asked for.
+            self.assertEqual(numbers, [number for number in made[thread] if number >= numbers[0]])
+            self.assertGreater(numbers[0], 1, "the probe is not there from the beginning")
+            self.assertGreater(len(numbers), 20, "requests went on while companions came and went")
         self.assertEqual(host.end(), 0)
 
     def test_events_come_in_order_and_without_gaps_to_who_is_there(self):
@@ -79,7 +140,7 @@ class Load(unittest.TestCase):
         companion = Companion(host.port())
         known = [exchange["url"] for exchange in companion.sync[1]["httpRequests"]]
         events = []
-        while not events or "number=400" not in events[-1]:
+        while not events or not events[-1].endswith("number=400"):
             events.append(companion.exchanges(1)[0]["url"])
         numbers = [int(url.split("=")[-1]) for url in events]
         self.assertEqual(numbers, list(range(numbers[0], 401)))

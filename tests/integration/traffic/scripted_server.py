@@ -8,6 +8,7 @@ import gzip
 import hashlib
 import json
 import socket
+import ssl
 import struct
 import threading
 import time
@@ -36,11 +37,13 @@ class Connection(threading.Thread):
         super().__init__(daemon=True)
         self.server = server
         self.peer = peer
-        self.file = peer.makefile("rb")
         peer.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
 
     def run(self):
         try:
+            if self.server.context is not None:
+                self.peer = self.server.context.wrap_socket(self.peer, server_side=True)
+            self.file = self.peer.makefile("rb")
             while self.serve_one():
                 pass
         except (OSError, ValueError):
@@ -155,6 +158,10 @@ class Connection(threading.Thread):
                            "sha256": hashlib.sha256(body).hexdigest()}).encode()
         self.peer.sendall(response(201, [("Content-Type", "application/json")], text))
 
+    def on_component(self, method, arguments, headers, body):
+        self.peer.sendall(response(200, [("Content-Type", "text/plain")],
+                                   b'import QtQuick\nText { text: "a component" }\n'))
+
     def on_reset(self, method, arguments, headers, body):
         """Half of what was promised, then a reset."""
         self.peer.sendall(b"HTTP/1.1 200 OK\r\n" + DATE + b"Content-Length: 1000\r\n\r\n" +
@@ -182,7 +189,12 @@ class Connection(threading.Thread):
 
 
 class ScriptedServer:
-    def __init__(self):
+    def __init__(self, certificate=None):
+        """`certificate`: a file with a key and a certificate; the server speaks TLS then."""
+        self.context = None
+        if certificate is not None:
+            self.context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            self.context.load_cert_chain(certificate)
         self.lock = threading.Lock()
         self.requests = []
         self.listener = socket.create_server(("127.0.0.1", 0), backlog=256)

@@ -21,6 +21,9 @@
 #include <QNetworkDiskCache>
 #include <QNetworkReply>
 #include <QPointer>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslError>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QThread>
@@ -78,6 +81,14 @@ class Tracer : public QObject {
     connect(reply, &QNetworkReply::requestSent, this, [this] { state("requestSent"); });
     connect(reply, &QNetworkReply::socketStartedConnecting, this,
             [this] { state("socketStartedConnecting"); });
+    connect(reply, &QNetworkReply::encrypted, this, [this] {
+      state("encrypted by " + reply_->sslConfiguration().peerCertificate().subjectDisplayName());
+    });
+    connect(reply, &QNetworkReply::sslErrors, this, [this](const QList<QSslError>& errors) {
+      for (const QSslError& error : errors) {
+        state("sslErrors " + error.errorString());
+      }
+    });
     connect(reply, &QNetworkReply::finished, this, [this] { state("finished"); });
     connect(reply, &QObject::destroyed, this, [] { say("  destroyed"); });
   }
@@ -209,7 +220,46 @@ void traceManager(QNetworkAccessManager& manager) {
                    [](QNetworkReply*, QAuthenticator* authenticator) {
                      say("  authenticationRequired " + authenticator->realm());
                    });
+  QObject::connect(&manager, &QNetworkAccessManager::encrypted, [] { say("  manager encrypted"); });
+  QObject::connect(&manager, &QNetworkAccessManager::sslErrors,
+                   [](QNetworkReply*, const QList<QSslError>& errors) {
+                     say(QString("  manager sslErrors %1").arg(errors.size()));
+                   });
 }
+
+/// One of many replies at a time: what it does is gathered, to be written in its turn.
+class ParallelReply {
+ public:
+  void watch(QNetworkReply* reply) {
+    reply_.reset(reply);
+    const auto note = [this](const char* signal) {
+      return [this, signal] {
+        // How often there is something to read is a matter of chance.
+        if (signals_.isEmpty() || signals_.last() != signal) {
+          signals_.append(signal);
+        }
+      };
+    };
+    // Not whether it connects, and when its request has gone out: that is up to who comes first.
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, note("metaDataChanged"));
+    QObject::connect(reply, &QNetworkReply::errorOccurred, note("errorOccurred"));
+    QObject::connect(reply, &QNetworkReply::readyRead, note("data"));
+    QObject::connect(reply, &QNetworkReply::downloadProgress, note("data"));
+    QObject::connect(reply, &QNetworkReply::readChannelFinished, note("readChannelFinished"));
+    QObject::connect(reply, &QNetworkReply::finished, note("finished"));
+  }
+  QNetworkReply* reply() const { return reply_.get(); }
+
+  void write() const {
+    say("  " + signals_.join(" "));
+    Tracer tracer(reply_.get());
+    tracer.body(reply_->readAll());
+  }
+
+ private:
+  std::unique_ptr<QNetworkReply> reply_;
+  QStringList signals_;
+};
 
 void follow(QNetworkReply* reply, const Options& options = {}) {
   Tracer tracer(reply, options.loose);
@@ -707,16 +757,13 @@ std::map<QString, std::function<void()>> scenarios() {
   });
   add("parallel", [] {
     QNetworkAccessManager manager;
+    std::vector<ParallelReply> replies(100);
     int left = 100;
     QEventLoop loop;
     for (int number = 0; number < 100; ++number) {
-      QNetworkReply* const reply =
-          manager.get(request(QString("/bytes?size=%1").arg(number * 100)));
-      QObject::connect(reply, &QNetworkReply::finished, [&, reply, number] {
-        if (reply->error() != QNetworkReply::NoError || reply->readAll().size() != number * 100) {
-          say(QString("  wrong %1").arg(number));
-        }
-        reply->deleteLater();
+      ParallelReply& reply = replies[size_t(number)];
+      reply.watch(manager.get(request(QString("/bytes?size=%1").arg(number * 100))));
+      QObject::connect(reply.reply(), &QNetworkReply::finished, [&left, &loop] {
         if (--left == 0) {
           loop.quit();
         }
@@ -724,7 +771,38 @@ std::map<QString, std::function<void()>> scenarios() {
     }
     QTimer::singleShot(timeLimit, &loop, &QEventLoop::quit);
     loop.exec();
-    say(QString("  left %1").arg(left));
+    // In the order in which they were made: the one in which they end is a matter of chance.
+    for (const ParallelReply& reply : replies) {
+      reply.write();
+    }
+  });
+  const auto secure = [](QNetworkAccessManager& manager) {
+    return manager.get(QNetworkRequest(QUrl(qEnvironmentVariable("TRACE_HOST_SECURE") + "/plain")));
+  };
+  add("tls-unknown-certificate", [secure] { simple(secure); });
+  add("tls-accepted-by-reply", [secure] {
+    simple([secure](QNetworkAccessManager& manager) {
+      QNetworkReply* const reply = secure(manager);
+      QObject::connect(reply, &QNetworkReply::sslErrors, reply, [reply] {
+        say("  ignoreSslErrors");
+        reply->ignoreSslErrors();
+      });
+      return reply;
+    });
+  });
+  add("tls-accepted-by-manager", [secure] {
+    simple([secure](QNetworkAccessManager& manager) {
+      QObject::connect(&manager, &QNetworkAccessManager::sslErrors,
+                       [](QNetworkReply* reply) { reply->ignoreSslErrors(); });
+      return secure(manager);
+    });
+  });
+  add("tls-accepted-beforehand", [secure] {
+    simple([secure](QNetworkAccessManager& manager) {
+      QNetworkReply* const reply = secure(manager);
+      reply->ignoreSslErrors();
+      return reply;
+    });
   });
   add("other-thread", [] {
     std::unique_ptr<QThread> thread(QThread::create(
@@ -772,21 +850,50 @@ std::map<QString, std::function<void()>> scenarios() {
   return all;
 }
 
-/// A thread that makes one request after the other from before there is an event loop.
-std::unique_ptr<QThread> startSteadyRequests(int count) {
-  std::unique_ptr<QThread> thread(QThread::create([count] {
+/// Threads that make one request after the other, each numbered, from before there is an event
+/// loop. Each of them ends after so many, or when it is told to.
+class SteadyRequests {
+ public:
+  SteadyRequests(int threadCount, int count) {
+    for (int number = 0; number < threadCount; ++number) {
+      threads_.emplace_back(QThread::create([this, number, count] { run(number, count); }));
+      threads_.back()->start();
+    }
+  }
+  ~SteadyRequests() { waitForEnd(); }
+  SteadyRequests(const SteadyRequests&) = delete;
+  SteadyRequests& operator=(const SteadyRequests&) = delete;
+
+  /// Returns when the last answers are there.
+  void stop() {
+    isOver_ = true;
+    waitForEnd();
+  }
+
+ private:
+  void waitForEnd() {
+    for (const std::unique_ptr<QThread>& thread : threads_) {
+      while (!thread->wait(1)) {
+        // The main thread's own work goes on.
+        spin(10);
+      }
+    }
+  }
+
+  void run(int thread, int count) {
     QNetworkAccessManager manager;
-    for (int number = 1; number <= count; ++number) {
-      QNetworkReply* const reply =
-          manager.get(request(QString("/bytes?size=1&number=%1").arg(number)));
+    for (int number = 1; number <= count && !isOver_; ++number) {
+      QNetworkReply* const reply = manager.get(
+          request(QString("/bytes?size=1&thread=%1&number=%2").arg(thread).arg(number)));
       wait(reply);
       delete reply;
-      QThread::msleep(4);
+      QThread::msleep(10);
     }
-  }));
-  thread->start();
-  return thread;
-}
+  }
+
+  std::atomic<bool> isOver_ = false;
+  std::vector<std::unique_ptr<QThread>> threads_;
+};
 
 /// The next line of standard input; the event loop runs while it is waited for. Null at the end.
 QString nextLine() {
@@ -819,9 +926,10 @@ int main(int argumentCount, char** arguments) {
   }
   base = words[1];
   const auto all = scenarios();
-  std::unique_ptr<QThread> steady;
+  std::unique_ptr<SteadyRequests> steady;
   if (const int count = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_REQUESTS"); count > 0) {
-    steady = startSteadyRequests(count);
+    const int threads = qEnvironmentVariableIntValue("TRACE_HOST_STEADY_THREADS");
+    steady = std::make_unique<SteadyRequests>(threads > 0 ? threads : 1, count);
   }
   for (const auto& [name, run] : all) {
     say(name);
@@ -831,14 +939,13 @@ int main(int argumentCount, char** arguments) {
   for (QString name = nextLine(); !name.isNull(); name = nextLine()) {
     if (const auto scenario = all.find(name); scenario != all.end()) {
       scenario->second();
+    } else if (name == "stop-steady" && steady != nullptr) {
+      steady->stop();
     } else {
       say("no such scenario");
     }
     say("== done");
     std::fflush(stdout);
-  }
-  if (steady != nullptr) {
-    steady->wait();
   }
   return 0;
 }

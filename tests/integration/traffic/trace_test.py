@@ -6,6 +6,7 @@ these.
 """
 
 import difflib
+import tempfile
 
 from scripted_server import ScriptedServer
 from traffic_support import *
@@ -24,12 +25,36 @@ def without_chance_progress(trace):
             if not ("uploadProgress" in line and "uploadProgress" in following)]
 
 
+# The toolkit's network thread is on its way already when the application lets go of a request at
+# once. How far it gets before it hears of that is a matter of chance, one time in a hundred on a busy
+# machine, without the probe just as with it: the signals of what it got to still arrive, and the
+# request may have reached the server.
+LET_GO_AT_ONCE = {"abort-at-once", "delete-at-once"}
+LATE_SIGNALS = ("  socketStartedConnecting |", "  requestSent |", "  metaDataChanged |")
+
+
+def without_late_signals(trace):
+    """Of what follows an abort, only what the abort is answerable for."""
+    lines, is_aborted, is_late = [], False, False
+    for line in trace:
+        if not line.startswith("    "):
+            is_late = is_aborted and line.startswith(LATE_SIGNALS)
+            is_aborted = is_aborted or line == "  aborted."
+        # What is indented further belongs to the signal before it.
+        if not is_late:
+            lines.append(line)
+    return lines
+
+
 class Traces(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.server = ScriptedServer()
-        cls.bare = TraceHost(cls.server, with_probe=False)
-        cls.probed = TraceHost(cls.server, with_probe=True)
+        with tempfile.TemporaryDirectory() as folder:
+            cls.secure = ScriptedServer(make_certificate(folder))
+        address = f"https://127.0.0.1:{cls.secure.port}"
+        cls.bare = TraceHost(cls.server, with_probe=False, TRACE_HOST_SECURE=address)
+        cls.probed = TraceHost(cls.server, with_probe=True, TRACE_HOST_SECURE=address)
         cls.companion = Companion(cls.probed.port())
 
     @classmethod
@@ -37,15 +62,19 @@ class Traces(unittest.TestCase):
         cls.companion.close()
         codes = [cls.bare.end(), cls.probed.end()]
         cls.server.close()
+        cls.secure.close()
         assert codes == [0, 0], codes
 
     def traces(self, host, scenario):
         self.server.take_requests()
         trace = host.trace(scenario)
+        if scenario in LET_GO_AT_ONCE:
+            self.server.take_requests()
+            trace = without_late_signals(trace)
         # What reached the server belongs to it; the port of a client does not, and which of
         # several connections is first is a matter of chance.
         reached = sorted(json.dumps({key: value for key, value in request.items()})
-                         for request in self.server.take_requests())
+                         for request in self.server.take_requests() + self.secure.take_requests())
         return "\n".join(without_chance_progress(trace) + reached)
 
     def test_is_the_same(self):

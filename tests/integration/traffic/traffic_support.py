@@ -43,9 +43,10 @@ def environment(with_probe):
 class Process:
     """A program under test, its lines on standard error gathered as they come."""
 
-    def __init__(self, command, with_probe=True, **options):
+    def __init__(self, command, with_probe=True, variables=None, **options):
         self.process = subprocess.Popen(
-            [str(word) for word in command], env=environment(with_probe), stdin=subprocess.PIPE,
+            [str(word) for word in command],
+            env={**environment(with_probe), **(variables or {})}, stdin=subprocess.PIPE,
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
         self.errors = []
         self.reader = threading.Thread(target=self.read_errors, daemon=True)
@@ -172,6 +173,15 @@ class Companion:
                 found.append(payload)
         return found
 
+    def received_exchanges(self):
+        """Those that are here already and have not been taken."""
+        found = []
+        while not self.messages.empty():
+            type, payload = self.messages.get()
+            if type == "event.httpRequest":
+                found.append(payload)
+        return found
+
     def forget(self):
         while not self.messages.empty():
             self.messages.get()
@@ -191,6 +201,17 @@ class Companion:
     def close(self):
         closing, self.socket = self.socket, None
         closing.close()
+
+
+def make_certificate(folder):
+    """A key and a certificate for it that nobody has reason to trust, in one file."""
+    path = pathlib.Path(folder) / "certificate.pem"
+    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2",
+                    "-subj", "/CN=shop.test", "-addext", "subjectAltName=IP:127.0.0.1",
+                    "-keyout", path, "-out", pathlib.Path(folder) / "public.pem"],
+                   check=True, capture_output=True, timeout=TIME_LIMIT)
+    path.write_bytes(path.read_bytes() + (pathlib.Path(folder) / "public.pem").read_bytes())
+    return path
 
 
 def body_of(exchange, name):

@@ -12,13 +12,16 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "traffic"))
 
 from loading_support import *  # noqa: E402,F403
 from traffic_support import Companion  # noqa: E402
+from web_engine_support import (  # noqa: E402
+    PART,
+    PATIENCE_WITH_PAGES,
+    TARNIX,
+    host_environment,
+    maps_of,
+)
 
-TARNIX = BUILD / "bin/tarnix"
 CONSOLE_HOST = BUILD / "bin/tarnix_console_host"
 QML = pathlib.Path(__file__).resolve().parent / "console.qml"
-PART = "libtarnixprobe-qt6-webengine.so"
-# A machine that is busy with other things takes long to start the engine.
-PATIENCE_WITH_PAGES = 120.0
 
 CALLS = """<!doctype html><head><script>console.log("first line", {b: 1}, [2], null, undefined)
 </script></head><body><script>
@@ -83,15 +86,6 @@ class Server(http.server.ThreadingHTTPServer):
         threading.Thread(target=self.serve_forever, daemon=True).start()
 
 
-def host_environment(home, with_probe):
-    return environment(
-        PRELOADED if with_probe else None, HOME=home, XDG_RUNTIME_DIR=home, TMPDIR=home,
-        QT_QUICK_BACKEND="software", QTWEBENGINE_DISABLE_SANDBOX="1",
-        QTWEBENGINE_CHROMIUM_FLAGS="--disable-gpu --disable-background-networking "
-        "--disable-component-update "
-        '--host-resolver-rules="MAP * ~NOTFOUND , EXCLUDE 127.0.0.1 , EXCLUDE localhost"')
-
-
 def port_of(pid):
     listed = run([TARNIX, "list", "--json"])[1]
     hosts = json.loads(listed)["hosts"] if listed else []
@@ -111,10 +105,6 @@ def captured(host):
                 return payload["entries"]
     finally:
         companion.close()
-
-
-def maps_of(pid):
-    return pathlib.Path(f"/proc/{pid}/maps").read_text()
 
 
 def children_of(pid):

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+
+#include "probe/platform/responder.h"
+#include "tests/contract/screen_walk.h"
+
+namespace tarnix::contract {
+
+/// What a view is called here: as its author named it, else by its class.
+inline std::string nameOf(const platform::View& view) {
+  return view.accessibilityIdentifier().value_or(view.className());
+}
+
+/// The name of the view that a touch at `point` of the key window reaches; "-" for none.
+inline std::string touchedAt(const platform::Application& application, platform::Point point) {
+  const auto window = keyWindowOf(application);
+  const auto view = window == nullptr ? nullptr : window->hitTest(point);
+  return view == nullptr ? "-" : nameOf(*view);
+}
+
+/// Taps there, and says which view was said to react: "-" when none was.
+inline std::string tapAt(const platform::Application& application, platform::Point point) {
+  const auto window = keyWindowOf(application);
+  for (auto view = window == nullptr ? nullptr : window->hitTest(point); view != nullptr;
+       view = view->superview()) {
+    const auto responder = view->responder();
+    if (responder == nullptr) {
+      continue;
+    }
+    const std::string name = nameOf(*view);
+    if (platform::Control* const control = responder->asControl()) {
+      control->sendTouchUpInside();
+      return name;
+    }
+    for (const auto& recognizer : responder->gestureRecognizers()) {
+      if (recognizer->isTap()) {
+        recognizer->setEnded();
+        return name;
+      }
+    }
+  }
+  return "-";
+}
+
+}  // namespace tarnix::contract
