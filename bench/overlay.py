@@ -5,7 +5,9 @@ whole window anew for each.
 
     overlay.py BUILD_FOLDER
 
-Needs a display. Prints one line an effect.
+Needs a display. Prints one line an effect; each has the orb with it, which `environment` is alone.
+What goes through OpenGL is drawn by whatever the display has for it: by the processor itself, and
+counted here, where that is a driver in software.
 """
 
 import os

@@ -10,6 +10,13 @@
 
 namespace tarnix::fakes {
 
+struct FakeOverlayWindow {
+  platform::Size size{400, 800};
+  double bottomInset = 0;
+  /// On the desktop.
+  platform::Point origin;
+};
+
 /// Surfaces over one window that the test describes. At most one exists at a time.
 class FakeOverlaySurfaces : public platform::OverlaySurfaces {
  public:
@@ -27,15 +34,8 @@ class FakeOverlaySurfaces : public platform::OverlaySurfaces {
     return {font.size * static_cast<double>(text.size()) / 2, font.size * 1.2};
   }
 
-  struct Window {
-    platform::Size size{400, 800};
-    double bottomInset = 0;
-    /// On the desktop.
-    platform::Point origin;
-  };
-
   /// Absent while there is nothing to draw on.
-  std::optional<Window> window;
+  std::optional<FakeOverlayWindow> window;
   /// What the surface shows; empty without one.
   platform::DisplayList shown;
   int showCount = 0;

@@ -2,6 +2,7 @@
 
 #include "probe/commands/probe_command_handler.h"
 #include "probe/model/input_result.h"
+#include "probe/overlay/probe_touch_overlay.h"
 #include "tests/fakes/fake_responder.h"
 #include "tests/unit/fake_world.h"
 
@@ -103,6 +104,37 @@ TEST_F(InputCommandsTest, WhatCannotBeUnderstoodHasNoAnswer) {
   EXPECT_TRUE(answers().empty());
   EXPECT_TRUE(deeds_.empty());
   EXPECT_EQ(standardError(), "");
+}
+
+TEST_F(InputCommandsTest, WhereItActsIsShownBeforeItActs) {
+  world_.overlaySurfaces.window.emplace();
+  ProbeTouchOverlay::detail::overlayWindow();
+  forgetLines();
+  touch_->control = true;
+  std::string before;
+  touch_->onTouch = [&] { before = standardError(); };
+  handle(CompanionMessageType::commandTap, R"({"x":100,"y":200})");
+  EXPECT_EQ(before, "[TarnixProbe] TouchOverlay: showTap at 100,200\n");
+  forgetLines();
+  handle(CompanionMessageType::commandSwipe, R"({"x1":1,"y1":2,"x2":3,"y2":4})");
+  EXPECT_EQ(standardError(), "[TarnixProbe] TouchOverlay: showSwipe 1,2 -> 3,4\n");
+}
+
+TEST_F(InputCommandsTest, TypingIsShownAboveWhatHasTheFocusElseAtTheLowerEdge) {
+  world_.overlaySurfaces.window.emplace();
+  const auto place = [] {
+    const overlay::Layer& badge =
+        *ProbeTouchOverlay::detail::overlayWindow()->tree().sublayers().back();
+    return platform::Point{badge.value(overlay::Property::positionX),
+                           badge.value(overlay::Property::positionY)};
+  };
+  view_->whole = platform::Rect{{50, 100}, {60, 20}};
+  handle(CompanionMessageType::commandTypeText, R"({"text":"a"})");
+  EXPECT_EQ(place(), (platform::Point{200, 720}));
+  touch_->focused = true;
+  touch_->editsText = true;
+  handle(CompanionMessageType::commandTypeText, R"({"text":"a"})");
+  EXPECT_EQ(place(), (platform::Point{80, 80}));
 }
 
 // What the host does on a tap may run a loop until somebody closes it, as a dialog does.

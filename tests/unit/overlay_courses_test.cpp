@@ -48,7 +48,7 @@ class CourseTest : public OverlayTest {
     // Time only goes on: what is to be seen of all courses, in the order of its times.
     std::multimap<double, std::function<void()>> looks;
     const auto lookAt = [&](const Course& course, double time, double value) {
-      looks.emplace(time, [this, &layers, course, time, value] {
+      looks.emplace(time, [&layers, course, time, value] {
         EXPECT_NEAR(seen(*layers.at(course.layer), course.property), value,
                     tolerance + restingSwing * std::abs(course.to - course.from))
             << "layer " << course.layer << ", property " << static_cast<int>(course.property)

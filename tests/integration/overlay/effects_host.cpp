@@ -35,6 +35,7 @@
 #include "platforms/qt6/base/host_services.h"
 #include "platforms/qt6/base/part_loader.h"
 #include "platforms/qt6/quick/quick_part.h"
+#include "platforms/qt6/shared/overlay_pane.h"
 #include "platforms/qt6/widgets/widgets_part.h"
 #include "probe/overlay/probe_touch_overlay.h"
 #include "probe/platform/platform.h"
@@ -177,6 +178,27 @@ Item {
   QTimer counter_;
 };
 
+/// What makes an application draw.
+class DrawingCounter : public QObject {
+ public:
+  int count = 0;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::Paint:
+      case QEvent::UpdateRequest:
+      case QEvent::UpdateLater:
+      case QEvent::LayoutRequest:
+        ++count;
+        break;
+      default:
+        break;
+    }
+    return false;
+  }
+};
+
 void letPass(int milliseconds) {
   QEventLoop loop;
   QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
@@ -233,6 +255,17 @@ std::string pace(int count, const std::function<void()>& beforeEach) {
   return text.str();
 }
 
+/// What the application does, and what of ours it has, while nothing is asked of it.
+std::string rest(int milliseconds, TestWindow& window) {
+  DrawingCounter counter;
+  QCoreApplication::instance()->installEventFilter(&counter);
+  letPass(milliseconds);
+  std::ostringstream text;
+  text << "drawn=" << counter.count << " frames=" << frames().linkCount() << " over="
+       << (window.window().property(qt6::overlayPaneProperty).isValid() ? "something" : "nothing");
+  return text.str();
+}
+
 std::string answer(const std::string& line, TestWindow& window) {
   std::istringstream words(line);
   std::string command;
@@ -249,6 +282,8 @@ std::string answer(const std::string& line, TestWindow& window) {
     return std::to_string(window.clicks);
   } else if (command == "state") {
     return window.state();
+  } else if (command == "rest") {
+    return rest(std::stoi(argument), window);
   } else if (command == "pace") {
     return pace(std::stoi(argument), [] {});
   } else if (command == "repaint") {

@@ -167,6 +167,24 @@ class EffectsTest(unittest.TestCase):
                 self.assertLess(max(seen.at(300, 370)), 120)
                 self.assertGreater(min(seen.at(172, 370)), 150)
 
+    def test_nothing_is_done_at_rest(self):
+        for kind in KINDS:
+            with self.subTest(kind), Host(self.screen, kind) as host:
+                idle = "drawn=0 frames=0 over=nothing"
+                self.screen.wait_for_rest(host.window)
+                self.assertEqual(host.ask("rest 500"), idle)
+                for effect in MOMENTS:
+                    host.ask("show " + effect)
+                host.ask("frame 0")
+                host.ask("frame 0.3")
+                self.assertRegex(host.ask("rest 10"), "frames=1 over=something")
+                host.ask("frame 2")
+                # The orb goes three seconds after the last of them.
+                time.sleep(3.5)
+                for step in range(3, 6):
+                    host.ask(f"frame {step}")
+                self.assertEqual(host.ask("rest 500"), idle)
+
     def test_a_thousand_effects_leave_nothing(self):
         for kind in KINDS:
             with self.subTest(kind), Host(self.screen, kind) as host:
