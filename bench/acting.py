@@ -3,7 +3,7 @@
 of it takes, against `import`; and how long each command holds its main thread. All on the same
 application in the same run, with 100, 1,000 and 10,000 elements.
 
-    acting.py BUILD_FOLDER
+    acting.py BUILD_FOLDER [ELEMENTS...]
 
 Needs a display. Prints one line a number of elements for each of the three.
 """
@@ -125,7 +125,7 @@ def measure(count):
 
 
 def main():
-    for count in (100, 1000, 10_000):
+    for count in map(int, sys.argv[2:] or (100, 1000, 10_000)):
         measure(count)
 
 
