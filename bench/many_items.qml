@@ -25,6 +25,7 @@ ApplicationWindow {
                 width: window.width / window.columns
                 height: width
                 text: "Item " + index
+                onClicked: console.info("clicked")
             }
         }
     }

@@ -93,8 +93,9 @@ constexpr Question questions[] = {
      CompanionMessageType::responseScreenshot},
 };
 
-/// The round trips of all other questions; false when one got no answer.
-bool printQuestions(CompanionClient& client) {
+/// The round trips of all other questions, and how many of each go into one reading over the bus;
+/// false when one got no answer.
+bool printQuestions(CompanionClient& client, double busMilliseconds) {
   constexpr int repetitions = 20;
   fmt::print("      ");
   bool isAnswered = true;
@@ -104,7 +105,8 @@ bool printQuestions(CompanionClient& client) {
           isAnswered && client.request({question.command, question.payload, {}}, question.answer,
                                        companion::deadlineIn(answerLimit));
     });
-    fmt::print("   {} {:.2f} ms", question.name, times.median);
+    fmt::print("   {} {:.2f} ms ({:.0f} times)", question.name, times.median,
+               busMilliseconds / times.median);
   }
   fmt::print("\n");
   return isAnswered;
@@ -142,7 +144,7 @@ bool compare(const std::string& libraries, const std::string& runtime, const std
       "{:6} elements   HTML {:9.2f} ms (worst {:.2f})   accessibility bus, {} nodes {:10.1f} ms   "
       "{:.0f} times faster\n",
       elements, html.median, html.worst, nodes, slow.median, slow.median / html.median);
-  return printQuestions(*client) && nodes >= static_cast<std::size_t>(count);
+  return printQuestions(*client, slow.median) && nodes >= static_cast<std::size_t>(count);
 }
 
 }  // namespace

@@ -40,7 +40,8 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
 
   does(addCommand(app, "snapshot", "List the views of an application's screen",
                   "A tree on a terminal, made by which frame holds which; elsewhere a table.\n"
-                  "--json prints {\"screen\", \"elements\"}.", options),
+                  "--json prints {\"screen\", \"elements\"}.",
+                  options),
        [&options] { return runSnapshot(options); });
 
   const auto screenshot = std::make_shared<ScreenshotOptions>();

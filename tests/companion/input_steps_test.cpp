@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <fstream>
 
 #include "companion/command/exit_code.h"
@@ -176,6 +178,32 @@ TEST(InputCommands, WaitForWhatTheScreenShows) {
     EXPECT_EQ(result.exitCode(), static_cast<int>(ExitCode::negative)) << result.errors;
     EXPECT_NE(result.errors.find("within 2 s"), std::string::npos) << result.errors;
   }
+}
+
+TEST(InputCommands, LookLessOftenAtWhatIsWaitedForLong) {
+  std::vector<std::chrono::steady_clock::time_point> looks;
+  {
+    const ScriptedServer server({[&looks](ScriptedPeer& peer) {
+      peer.sendFullSync();
+      while (const auto message = peer.receive()) {
+        looks.push_back(std::chrono::steady_clock::now());
+        peer.send(Type::responseScreenHTML,
+                  encodeJson(ScreenHTMLResponse{"Home", document, 6}).value());
+      }
+    }});
+    EXPECT_EQ(act(server, {"wait", "--text", "Bob", "--timeout", "6"}).exitCode(),
+              static_cast<int>(ExitCode::negative));
+  }
+  const auto looksFrom = [&](double begin, double end) {
+    return std::count_if(looks.begin(), looks.end(), [&](const auto& look) {
+      const double time = std::chrono::duration<double>(look - looks.front()).count();
+      return time >= begin && time < end;
+    });
+  };
+  ASSERT_FALSE(looks.empty());
+  EXPECT_LE(looksFrom(0, 1), 11) << "one in a tenth of a second";
+  EXPECT_LE(looksFrom(4, 5.5), 3) << "one a second";
+  EXPECT_GE(looksFrom(4, 6), 1);
 }
 
 TEST(InputCommands, SayThatAHostIsBusy) {

@@ -87,6 +87,31 @@ TEST_F(InputCommandsTest, TextIsTypedIntoWhatHasTheFocus) {
   EXPECT_EQ(deeds_, fakes::Deeds{"text héllo"});
 }
 
+TEST_F(InputCommandsTest, WhatIsDoneIsShownFirst) {
+  touch_->control = true;
+  std::string shownBefore;
+  touch_->onTouch = [&] { shownBefore = standardError(); };
+  handle(CompanionMessageType::commandTap, R"({"x":100,"y":200})");
+  EXPECT_NE(shownBefore.find("[TarnixProbe] TouchOverlay: showTap at 100,200\n"), std::string::npos)
+      << shownBefore;
+  forgetLines();
+  // Shown although nothing comes of it.
+  handle(CompanionMessageType::commandSwipe, R"({"x1":1,"y1":2,"x2":3,"y2":4,"duration":2.5})");
+  EXPECT_NE(standardError().find("[TarnixProbe] TouchOverlay: showSwipe 1,2 -> 3,4\n"),
+            std::string::npos)
+      << standardError();
+}
+
+TEST_F(InputCommandsTest, TypingIsShownAlsoWhereNothingHasTheFocus) {
+  world_.overlaySurfaces.window.emplace();
+  ProbeTouchOverlay::detail::overlayWindow();
+  handle(CompanionMessageType::commandTypeText, R"({"text":"a"})");
+  const auto& orb = ProbeTouchOverlay::detail::state().orb;
+  ASSERT_NE(orb, nullptr);
+  EXPECT_EQ(orb->textLabel().text, "typing");
+  expectOneAnswer(CompanionMessageType::responseTypeText, {false, "No text field is focused"});
+}
+
 TEST_F(InputCommandsTest, WhatCannotBeUnderstoodHasNoAnswer) {
   touch_->control = touch_->scrolls = touch_->focused = touch_->editsText = true;
   for (const char* payload :

@@ -75,6 +75,8 @@ Recognised recognise(const QMetaObject& metaObject) {
 }
 
 constexpr std::string_view librarysPrefix = "QQuick";
+/// Of what a web view shows its page with.
+constexpr std::string_view webEnginesPrefix = "QtWebEngineCore.";
 
 /// What `metaObject` itself is registered as for QML; empty when it is not, or under its own name.
 std::string_view registeredName(const QMetaObject& metaObject) {
@@ -91,6 +93,9 @@ std::string_view registeredName(const QMetaObject& metaObject) {
 /// People know the library's items by what they are called in QML, not by the classes behind.
 std::string nameOf(const QMetaObject& metaObject) {
   std::string name = writtenClassName(metaObject);
+  if (name.starts_with(webEnginesPrefix)) {
+    return "WebEngineView";
+  }
   if (!name.starts_with(librarysPrefix)) {
     return name;
   }

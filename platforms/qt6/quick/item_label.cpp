@@ -4,6 +4,7 @@
 #include <QMetaProperty>
 #include <QQuickItem>
 #include <QVariant>
+#include <algorithm>
 #include <vector>
 
 #include "platforms/qt6/quick/item_description.h"
@@ -95,11 +96,19 @@ QString buttonLabel(const QQuickItem& item, const ItemClass& itemClass,
   const QString text = itemClass.text.string(item);
   const QString label = withoutMnemonic(text, ParenthesisedMnemonic::removed);
   // Most buttons underline the mnemonic, or hide it. Some kinds show the text as it is.
-  if (!text.trimmed().isEmpty() && label == text) {
+  const bool isMarkup = text.contains(u'<');
+  if (!text.trimmed().isEmpty() && label == text && !isMarkup) {
     return text;
   }
   const Drawn drawn = drawnInside(item);
   const std::vector<QString>& shown = drawn.texts;
+  if (isMarkup) {
+    // Most buttons draw it as what it means.
+    const QString meaning = visibleText(text, TextFormat::automatic).text;
+    if (std::find(shown.begin(), shown.end(), meaning) != shown.end()) {
+      return meaning;
+    }
+  }
   for (const QString& candidate : shown) {
     if (!text.isEmpty() && candidate == text) {
       return text;

@@ -5,6 +5,7 @@
 
 #include "platforms/qt6/quick/item_keys.h"
 #include "platforms/qt6/quick/item_scrolling.h"
+#include "platforms/qt6/quick/web_scrolling.h"
 #include "platforms/qt6/shared/finger.h"
 #include "platforms/qt6/shared/keyboard.h"
 #include "platforms/qt6/shared/modality.h"
@@ -84,7 +85,10 @@ platform::Control* ItemResponder::asControl() {
 }
 
 platform::ScrollView* ItemResponder::asScrollView() {
-  return isUserInteractionEnabled() && item_scrolling::canScroll(*item_) ? this : nullptr;
+  return isUserInteractionEnabled() &&
+                 (item_scrolling::canScroll(*item_) || web_scrolling::isPage(*item_))
+             ? this
+             : nullptr;
 }
 
 platform::TextInput* ItemResponder::asTextInput() {
@@ -108,8 +112,17 @@ platform::Point ItemResponder::contentOffset() const {
 }
 
 void ItemResponder::setContentOffsetAnimated(platform::Point offset) {
-  if (item_ != nullptr) {
+  if (item_ == nullptr) {
+    return;
+  }
+  if (!web_scrolling::isPage(*item_)) {
     item_scrolling::scrollTo(*item_, {offset.x, offset.y});
+    return;
+  }
+  const ShownWindow shown(item_);
+  if (shown.window != nullptr) {
+    // From where it stands: a page says that that is nowhere.
+    web_scrolling::scrollBy(*shown.window, scenePoint_ + shown.offset, {offset.x, offset.y});
   }
 }
 

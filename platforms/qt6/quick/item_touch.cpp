@@ -22,16 +22,6 @@ std::vector<QQuickItem*> pathTo(QQuickItem& item) {
   return path;
 }
 
-std::shared_ptr<SceneItemView> childShowing(const SceneItemView& view, const QQuickItem& item) {
-  for (std::shared_ptr<platform::View>& child : view.subviews()) {
-    auto candidate = std::dynamic_pointer_cast<SceneItemView>(std::move(child));
-    if (candidate != nullptr && candidate->item() == &item) {
-      return candidate;
-    }
-  }
-  return nullptr;
-}
-
 }  // namespace
 
 std::shared_ptr<platform::View> touchedItem(QQuickWindow& window, const Surroundings& surroundings,
@@ -45,19 +35,14 @@ std::shared_ptr<platform::View> touchedItem(QQuickWindow& window, const Surround
   if (press.item == nullptr) {
     return nullptr;
   }
-  auto step =
-      std::dynamic_pointer_cast<SceneItemView>(Scene::rootView(*root, window.size(), surroundings));
   std::shared_ptr<platform::View> result = std::move(outer);
-  for (QQuickItem* item : pathTo(*press.item)) {
-    if (item != root && step != nullptr) {
-      step = childShowing(*step, *item);
-    }
-    if (step == nullptr) {
-      break;
-    }
-    const Press::Effect effect = item == press.item ? press.effect : Press::Effect::none;
+  // Thousands of items may lie beside the few that the touch goes through.
+  for (const std::shared_ptr<SceneItemView>& view :
+       Scene::viewsAlong(pathTo(*press.item), window.size(), surroundings)) {
+    QQuickItem& item = *view->item();
+    const Press::Effect effect = &item == press.item ? press.effect : Press::Effect::none;
     result = std::make_shared<TouchedView>(
-        step, std::move(result), std::make_shared<ItemResponder>(*item, scenePoint, effect));
+        view, std::move(result), std::make_shared<ItemResponder>(item, scenePoint, effect));
   }
   return result;
 }

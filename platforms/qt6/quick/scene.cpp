@@ -22,6 +22,30 @@ std::shared_ptr<platform::View> Scene::rootView(QQuickItem& root, QSizeF size,
   return {scene, &view};
 }
 
+std::vector<std::shared_ptr<SceneItemView>> Scene::viewsAlong(const std::vector<QQuickItem*>& path,
+                                                              QSizeF size,
+                                                              const Surroundings& surroundings) {
+  const auto scene = std::make_shared<Scene>(size);
+  const Surroundings& own = scene->surroundings_.emplace_back(surroundings);
+  SceneItemView::Place place{nullptr, &own, own.spoken.get()};
+  std::vector<std::shared_ptr<SceneItemView>> result;
+  for (QQuickItem* item : path) {
+    if (!result.empty()) {
+      const SceneItemView& outer = *result.back();
+      QList<QQuickItem*> shown = {item};
+      removeUnusedItems(*outer.item(), outer.itemClass(), outer.place().parent, shown);
+      if (shown.isEmpty()) {
+        break;
+      }
+      place = scene->placeInside(outer, *outer.item());
+    }
+    const int depth = static_cast<int>(result.size());
+    result.emplace_back(scene,
+                        &scene->views_.emplace_back(*scene, *item, classOf(*item), place, depth));
+  }
+  return result;
+}
+
 SceneItemView& Scene::add(QQuickItem& item, const SceneItemView::Place& place, int depth) {
   SceneItemView& view = views_.emplace_back(*this, item, classOf(item), place, depth);
   if (item.isVisible()) {

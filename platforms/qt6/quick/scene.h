@@ -3,6 +3,7 @@
 #include <QSizeF>
 #include <deque>
 #include <memory>
+#include <vector>
 
 #include "platforms/qt6/quick/item_class.h"
 #include "platforms/qt6/quick/scene_covers.h"
@@ -21,6 +22,11 @@ class Scene : public std::enable_shared_from_this<Scene> {
   /// The view of `root`, the outermost item of a scene of this size.
   static std::shared_ptr<platform::View> rootView(QQuickItem& root, QSizeF size,
                                                   const Surroundings& surroundings);
+
+  /// The views of the items of `path` alone, which leads from the outermost item inwards, as far as
+  /// they are shown at all. What covers them is not known: they say no frames.
+  static std::vector<std::shared_ptr<SceneItemView>> viewsAlong(
+      const std::vector<QQuickItem*>& path, QSizeF size, const Surroundings& surroundings);
 
   explicit Scene(QSizeF size) : covers_(size) {}
 

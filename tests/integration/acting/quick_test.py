@@ -92,7 +92,13 @@ class QuickTest(unittest.TestCase):
         self.tap_all(Small)
 
     def test_popups_and_dialogs(self):
-        application = self.start()
+        self.open_popups_and_dialogs()
+
+    def test_popups_and_dialogs_at_twice_the_scale(self):
+        self.open_popups_and_dialogs(QT_SCALE_FACTOR="2")
+
+    def open_popups_and_dialogs(self, **variables):
+        application = self.start(**variables)
         for labels, deeds in [(["One", "Three"], ["combo 2"]), (["Menu", "Entry"], ["entry"]),
                               (["Menu", "Grey"], [])]:
             with self.subTest(labels=labels):
@@ -137,7 +143,13 @@ class QuickTest(unittest.TestCase):
                          {"success": False, "message": "No text field is focused"})
 
     def test_a_swipe_scrolls_what_lies_under_its_start(self):
-        application = self.start()
+        self.swipe_all()
+
+    def test_a_swipe_goes_as_far_at_twice_the_scale(self):
+        self.swipe_all(QT_SCALE_FACTOR="2")
+
+    def swipe_all(self, **variables):
+        application = self.start(**variables)
         for way, message, deeds in [
                 ((100, 460, 100, 360), "Scrolled by (0,100)", ["list at 100"]),
                 ((100, 360, 100, 9000), "Scrolled by (0,-8640)", ["list at 0"]),

@@ -57,7 +57,13 @@ class WidgetsTest(unittest.TestCase):
         self.tap_all(self.start("--dialog"))
 
     def test_popups_menus_and_loops_of_the_hosts_own(self):
-        application = self.start()
+        self.open_popups_and_menus()
+
+    def test_popups_and_menus_at_twice_the_scale(self):
+        self.open_popups_and_menus(QT_SCALE_FACTOR="2")
+
+    def open_popups_and_menus(self, **variables):
+        application = self.start(**variables)
         for labels, deeds in [(["One", "Three"], ["combo 2"]), (["Pop", "Choice"], ["choice"]),
                               (["File", "Open"], ["open"]), (["File", "More", "Inner"], ["inner"]),
                               (["Modal", "Done"], ["modal opened", "modal accepted"]),
@@ -98,7 +104,15 @@ class WidgetsTest(unittest.TestCase):
                 self.assertEqual(application.wait_for_deeds(deeds), deeds)
 
     def test_a_swipe_scrolls_what_lies_under_its_start(self):
-        application = self.start()
+        self.swipe_all(self.start())
+
+    def test_a_swipe_goes_as_far_at_twice_the_scale(self):
+        self.swipe_all(self.start(QT_SCALE_FACTOR="2"))
+
+    def test_a_swipe_scrolls_in_a_modal_dialog(self):
+        self.swipe_all(self.start("--dialog"))
+
+    def swipe_all(self, application):
         for way, message, deeds in [
                 ((50, 400, 50, 300), "Scrolled by (0,100)", ["list at 100"]),
                 ((50, 300, 50, 9000), "Scrolled by (0,-8700)", ["list at 0"]),

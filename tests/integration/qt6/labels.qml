@@ -26,5 +26,10 @@ ApplicationWindow {
             }
             Slider { value: 0.5 }
         }
+        RowLayout {
+            CheckBox { text: "Rich <b>check</b>" }
+            Button { text: "<i>Rich</i> button" }
+            Button { text: "1 < 2" }
+        }
     }
 }

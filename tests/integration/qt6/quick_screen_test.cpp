@@ -49,6 +49,9 @@ TEST(QuickScreen, AControlWithoutANameTakesWhatStandsBesideItOrOnIt) {
                                  "Button go previous 24",
                                  "Button document open",
                                  "Button Take a copy",
+                                 "Button Rich check {0}",
+                                 "Button Rich button",
+                                 "Button 1 < 2",
                              }));
 }
 
