@@ -40,13 +40,12 @@ void install() {
   platform::assertMainThread();
   const platform::Platform& platform = platform::current();
   detail::State& state = detail::state();
-  state.displayLinks.push_back(
-      platform.display->displayLink(
-          [](std::chrono::duration<double> timestamp) {
-            DisplayLinkTarget::shared().tick(timestamp.count());
-          },
-          // Counted, not shown: sixty times a second would be most of what the probe costs.
-          platform::TickDelivery::Deferred));
+  state.displayLinks.push_back(platform.display->displayLink(
+      [](std::chrono::duration<double> timestamp) {
+        DisplayLinkTarget::shared().tick(timestamp.count());
+      },
+      // Counted, not shown: sixty times a second would be most of what the probe costs.
+      platform::TickDelivery::Deferred));
   state.timers.push_back(platform.mainQueue->scheduledTimer(
       sampleInterval, [] { platform::current().mainQueue->async(takeSample); }));
 }
