@@ -23,9 +23,7 @@ using Calls = std::vector<std::string>;
 class NoProtocol : public platform::UrlProtocolClass {
  public:
   bool canInit(const platform::UrlRequest&) override { return false; }
-  platform::UrlRequest canonicalRequest(const platform::UrlRequest& request) override {
-    return request;
-  }
+  platform::UrlRequest canonicalRequest(platform::UrlRequest request) override { return request; }
   std::unique_ptr<platform::UrlProtocol> make(platform::UrlRequest,
                                               platform::UrlProtocolClient&) override {
     return nullptr;
@@ -34,7 +32,7 @@ class NoProtocol : public platform::UrlProtocolClass {
 
 class NotingDelegate : public platform::UrlSessionDelegate {
  public:
-  ResponseDisposition didReceiveResponse(const platform::UrlResponse& response) override {
+  ResponseDisposition didReceiveResponse(platform::UrlResponse response) override {
     calls.push_back("response " + response.url.absoluteString());
     return ResponseDisposition::allow;
   }
