@@ -50,7 +50,7 @@ APPLICATIONS = {
     "tipp10": Start("/usr/bin/tipp10", taps=["Launch TIPP10"]),
 }
 # Of one application, in seconds.
-SHARE = 40
+SHARE = 20
 # Longer than a caret takes to go and to come back.
 WATCH = 1.2
 # A reaction shows within this.
