@@ -34,16 +34,19 @@ ExitCode runAudit(const CommandOptions& options, const AuditOptions& audit) {
     return *code;
   }
   const auto& [response, payload] = std::get<0>(answer);
-  if (!audit.sarifFile.empty()) {
-    const ExitCode code =
-        writeToFile(audit.sarifFile, sarifLog(response, applicationOf(host)) + "\n", options);
+  const std::string sarif =
+      audit.sarifFile.empty() ? "" : sarifLog(response, applicationOf(host)) + "\n";
+  const bool isSarifPrinted = audit.sarifFile == "-";
+  if (!sarif.empty() && !isSarifPrinted) {
+    const ExitCode code = writeToFile(audit.sarifFile, sarif, options);
     if (code != ExitCode::success) {
       return code;
     }
   }
   const ExitCode written = writeToStandardOutput(
-      options.json ? printableJson(payload) + "\n"
-                   : auditTable(response, Terminal::standardOutput(options.noColor)),
+      isSarifPrinted ? sarif
+      : options.json ? printableJson(payload) + "\n"
+                     : auditTable(response, Terminal::standardOutput(options.noColor)),
       options);
   if (written != ExitCode::success) {
     return written;

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "companion/client/letter_case.h"
 #include "probe/link/json_codec.h"
 
 namespace tarnix::companion {
@@ -81,7 +82,7 @@ std::vector<FoundCrashReport> findCrashReports(const std::filesystem::path& fold
     std::error_code gone;
     const std::filesystem::file_time_type written = entry->last_write_time(gone);
     std::optional<CrashReport> report = readReport(entry->path());
-    if (!gone && report && report->bundleId.find(application) != std::string::npos) {
+    if (!gone && report && containsInAnyCase(report->bundleId, application)) {
       found.push_back({entry->path(), written, *std::move(report)});
     }
   }

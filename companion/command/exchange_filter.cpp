@@ -4,21 +4,13 @@
 #include <charconv>
 #include <utility>
 
+#include "companion/client/letter_case.h"
+
 namespace tarnix::companion {
 namespace {
 
 /// Stands for the status of an exchange that has none.
 constexpr int noStatus = -1;
-
-char lowerCase(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-std::string lowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char letter) { return lowerCase(letter); });
-  return text;
-}
 
 std::optional<int> codeFrom(std::string_view text) {
   int code = 0;

@@ -31,7 +31,9 @@ void addInputCommands(CLI::App& app, CommandOptions& options,
       tapCommand
           ->add_option("--text", tap->label,
                        "What has this label; where nothing has, what has it in its label")
-          ->type_name("LABEL");
+          ->type_name("LABEL")
+          // It would be in every label.
+          ->check([](const std::string& text) { return text.empty() ? "it is empty" : ""; });
   label->excludes(x);
   x->needs(y);
   does(tapCommand, [&options, tap, x] {

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "companion/client/letter_case.h"
+
 namespace tarnix::companion {
 namespace {
 
@@ -14,18 +16,6 @@ constexpr std::array<std::pair<std::string_view, LogLevel>, 6> names = {
      {"warning", LogLevel::warn},
      {"error", LogLevel::error},
      {"err", LogLevel::error}}};
-
-char lowerCase(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-bool isSameLetter(char one, char other) { return lowerCase(one) == lowerCase(other); }
-
-bool contains(std::string_view text, std::string_view part) {
-  return std::search(text.begin(), text.end(), part.begin(), part.end(), isSameLetter) !=
-             text.end() ||
-         part.empty();
-}
 
 }  // namespace
 
@@ -39,7 +29,7 @@ std::optional<LogLevel> logLevel(std::string_view name) {
 
 bool LogFilter::fits(const TransferableLogEntry& entry) const {
   return logLevel(entry.level).value_or(LogLevel::debug) >= lowest &&
-         contains(entry.category, category) && contains(entry.message, text);
+         containsInAnyCase(entry.category, category) && containsInAnyCase(entry.message, text);
 }
 
 }  // namespace tarnix::companion

@@ -60,7 +60,9 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
                  "Ends with 8 when there are errors.\n"
                  "--json prints {\"screen\", \"issues\", \"issueCount\"}.",
                  options);
-  auditCommand->add_option("--sarif", audit->sarifFile, "Also write a SARIF log to this file")
+  auditCommand
+      ->add_option("--sarif", audit->sarifFile,
+                   "Also write a SARIF log to this file; - prints it alone")
       ->type_name("FILE");
   auditCommand->add_flag("--strict", audit->strict, "End with 8 when there are warnings, too");
   does(auditCommand, [&options, audit] { return runAudit(options, *audit); });

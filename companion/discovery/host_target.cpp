@@ -1,24 +1,16 @@
 #include "companion/discovery/host_target.h"
 
 #include <algorithm>
-#include <cctype>
 #include <functional>
 #include <iterator>
 #include <tuple>
 #include <utility>
 
+#include "companion/client/letter_case.h"
 #include "companion/discovery/service_browser.h"
 
 namespace tarnix::companion {
 namespace {
-
-/// ASCII only, which is what names of executables are made of.
-std::string lowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](char character) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-  });
-  return text;
-}
 
 enum class NameMatch { none, part, whole };
 

@@ -9,8 +9,8 @@
 namespace tarnix {
 
 /// Leaves a report in /tmp when the host dies of an uncaught exception or of a fatal signal. A
-/// later report of the same host replaces an earlier one. The host ends as it would have: nothing
-/// here ends it, and nothing keeps it alive.
+/// later report of the same host replaces an earlier one. Nothing here ends the host: an exception
+/// goes on to its end, a signal counts as handled.
 namespace ProbeCrashHandler {
 
 /// Report files are this, the bundle identifier with underscores for dots, and ".json".

@@ -269,6 +269,7 @@ TEST(InputCommands, RefuseFilesThatCannotBeUsed) {
   EXPECT_EQ(server.connectionCount(), 0);
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"tap"},
                                                     {"tap", "1"},
+                                                    {"tap", "--text", ""},
                                                     {"tap", "1", "2", "--text", "a"},
                                                     {"swipe", "1", "2", "3"},
                                                     {"wait"},

@@ -282,5 +282,11 @@ TEST_F(CrashCommand, PassesOverWhatIsNoReport) {
   EXPECT_EQ(found[0].report, reportOf("good"));
 }
 
+TEST_F(CrashCommand, FindsAnApplicationInUpperAndLowerCase) {
+  leave("good", reportOf("good"), 1);
+  EXPECT_EQ(findCrashReports(folder_.path(), "GOOD").size(), 1U);
+  EXPECT_TRUE(findCrashReports(folder_.path(), "BAD").empty());
+}
+
 }  // namespace
 }  // namespace tarnix::companion

@@ -246,6 +246,16 @@ TEST(AuditCommand, WritesALogForCodeReview) {
       "Scripted/Sign%20%22up%22");
 }
 
+TEST(AuditCommand, PrintsThatLogAloneWhenToldTo) {
+  const ScriptedServer server(
+      {answering(Type::commandAccessibilityAudit, Type::responseAccessibilityAudit, audited)});
+  const ProgramResult result = tarnix(server, {"audit", "--sarif", "-"});
+  expectExit(ExitCode::negative, result);
+  const std::optional<JsonDocument> document = JsonDocument::parse(result.output);
+  ASSERT_TRUE(document) << result.output;
+  EXPECT_EQ(document->root().member("version")->string(), "2.1.0");
+}
+
 TEST(PerfCommand, PrintsALineEachTime) {
   const PerfSnapshotResponse perf{59.5, 142.25, 58, 150.5, "Home"};
   const ScriptedServer server(
