@@ -11,7 +11,7 @@ import tempfile
 from scripted_server import ScriptedServer
 from traffic_support import *
 
-TRIES = 8
+TRIES = 10
 # Run by other tests: these take long.
 LONG = {"gigabyte", "load"}
 # Only for answers of rules: the toolkit's own replies do not survive it.
