@@ -47,6 +47,10 @@ QQuickItem* focusedItem(const QQuickWindow& window) {
   return item == nullptr || holdsScene(*item, window) ? nullptr : item;
 }
 
+bool hasKeyFocus(const QQuickItem& item) {
+  return item.hasFocus() && item.window() != nullptr && focusedItem(*item.window()) == &item;
+}
+
 bool takesKeys(const QQuickItem& item) {
   for (const QQuickItem* taker = &item; taker != nullptr; taker = taker->parentItem()) {
     if (hasKeyHandler(*taker)) {

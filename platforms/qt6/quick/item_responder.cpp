@@ -69,9 +69,7 @@ bool ItemResponder::isUserInteractionEnabled() const {
   return shown.window != nullptr && item_->isEnabled() && !isBlockedByModal(*shown.window);
 }
 
-bool ItemResponder::isFirstResponder() const {
-  return item_ != nullptr && item_->window() != nullptr && focusedItem(*item_->window()) == item_;
-}
+bool ItemResponder::isFirstResponder() const { return item_ != nullptr && hasKeyFocus(*item_); }
 
 std::vector<std::shared_ptr<platform::GestureRecognizer>> ItemResponder::gestureRecognizers() {
   if (effect() != Press::Effect::tapHandler) {
