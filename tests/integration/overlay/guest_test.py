@@ -178,12 +178,9 @@ class GuestTest(unittest.TestCase):
             guest.show("verify", passed=True)
             guest.companion.barrier()
             time.sleep(0.3)
-            pixels = self.screen.picture().pixels
-            before = plain.pixels
             return sum(
-                1 for start in range(0, len(pixels), 3)
-                if pixels[start : start + 3] != before[start : start + 3]
-                and pixels[start + 1] > 180 and pixels[start] < 100 and pixels[start + 2] < 130
+                1 for now, _ in self.screen.picture().differing_pixels(plain)
+                if now[1] > 180 and now[0] < 100 and now[2] < 130
             )
 
         support.wait_for(lambda: count() > 500, "the badge")
