@@ -1,7 +1,10 @@
 """An X server of a test's own, and the pictures of it that a person would see."""
 
+import concurrent.futures
+import functools
 import os
 import subprocess
+import unittest
 
 from loading_support import wait_until
 
@@ -111,3 +114,39 @@ class Screen:
     def __exit__(self, *_):
         self._server.terminate()
         self._server.wait()
+
+
+def each(*cases, **screen):
+    """Of a check, which gets a case and a screen of its own: the test that awaits it in all cases."""
+    def of(check):
+        @functools.wraps(check)
+        def test(self):
+            for case in cases:
+                with self.subTest(case=case):
+                    self.running[check.__name__, case].result()
+
+        def run(self, case):
+            with Screen(**screen) as own:
+                check(self, case, own)
+
+        test.run_case, test.cases = run, cases
+        return test
+    return of
+
+
+class SideBySide(unittest.TestCase):
+    """All cases of all checks begin when the first is asked for. They wait most of the time: for
+    frames, and for effects to end."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.pool = concurrent.futures.ThreadPoolExecutor(4)
+        cls.running = {
+            (name, case): cls.pool.submit(test.run_case, cls(name), case)
+            for name, test in vars(cls).items() if hasattr(test, "run_case")
+            for case in test.cases
+        }
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.pool.shutdown(cancel_futures=True)
