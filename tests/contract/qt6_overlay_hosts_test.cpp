@@ -223,6 +223,25 @@ TEST(Qt6OverlayHosts, ShowItOverAMenuThatOpens) {
   EXPECT_TRUE(isRed(window->grab().toImage(), {175, 125}));
 }
 
+TEST(Qt6OverlayHosts, ReadTheSameWhicheverWayTheyAreLaidOut) {
+  QImage pictures[2];
+  for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    auto window = std::make_unique<QWidget>();
+    QApplication::setLayoutDirection(direction);
+    window->resize(200, 100);
+    window = shown(std::move(window));
+    Overlay overlay;
+    overlay.show({{{.shape = platform::TextLine{{{10, 10}, {150, 36}},
+                                                "12 at work!",
+                                                {.size = 20},
+                                                {1, 0, 0, 1},
+                                                platform::TextLine::Alignment::leading}}}});
+    pictures[direction] = window->grab().toImage();
+  }
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+  EXPECT_EQ(pictures[Qt::LeftToRight], pictures[Qt::RightToLeft]);
+}
+
 /// Narrow stripes in black and white.
 class Stripes : public QWidget {
  protected:
