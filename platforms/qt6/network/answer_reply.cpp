@@ -99,6 +99,13 @@ AnswerReply::AnswerReply(const HostRequest& request, const Answer& answer)
   }
 }
 
+AnswerReply::~AnswerReply() {
+  if (next_ != nullptr) {
+    next_->disconnect(this);
+    delete next_.data();
+  }
+}
+
 bool AnswerReply::isSynchronous() const {
   return request().attribute(QNetworkRequest::SynchronousRequestAttribute).toBool();
 }
@@ -297,8 +304,13 @@ void AnswerReply::followRedirect() {
   if (next == nullptr) {
     return;
   }
-  next->setParent(this);
+  next->setParent(nullptr);
   next_ = next;
+  if (ignoresSslErrors_) {
+    next->ignoreSslErrors();
+  } else if (!ignoredSslErrors_.isEmpty()) {
+    next->ignoreSslErrors(ignoredSslErrors_);
+  }
   adopt(*next);
 }
 
@@ -322,6 +334,8 @@ void AnswerReply::adopt(QNetworkReply& next) {
   connect(&next, &QNetworkReply::socketStartedConnecting, this,
           &QNetworkReply::socketStartedConnecting);
   connect(&next, &QNetworkReply::requestSent, this, &QNetworkReply::requestSent);
+  connect(&next, &QNetworkReply::encrypted, this, &QNetworkReply::encrypted);
+  connect(&next, &QNetworkReply::sslErrors, this, &QNetworkReply::sslErrors);
   connect(&next, &QNetworkReply::uploadProgress, this, [this](qint64 sent, qint64 total) {
     if (!isFinished()) {
       Q_EMIT uploadProgress(sent, total);
@@ -428,6 +442,24 @@ void AnswerReply::close() {
   } else {
     cancel();
   }
+}
+
+void AnswerReply::ignoreSslErrors() {
+  ignoresSslErrors_ = true;
+  if (next_ != nullptr) {
+    next_->ignoreSslErrors();
+  }
+}
+
+void AnswerReply::ignoreSslErrorsImplementation(const QList<QSslError>& errors) {
+  ignoredSslErrors_ = errors;
+  if (next_ != nullptr) {
+    next_->ignoreSslErrors(errors);
+  }
+}
+
+void AnswerReply::sslConfigurationImplementation(QSslConfiguration& configuration) const {
+  configuration = next_ != nullptr ? next_->sslConfiguration() : request().sslConfiguration();
 }
 
 qint64 AnswerReply::bytesAvailable() const {

@@ -1,6 +1,8 @@
 """A mocked answer looks to the application as the same answer from a server; a failed request fails
 with the words of its rule."""
 
+import tempfile
+
 from scripted_server import DATE, ScriptedServer
 from traffic_support import *
 
@@ -49,6 +51,8 @@ ANSWERS = {
     "same-origin-redirect": {"/redirect": answer(
         302, {**HEADERS, "Location": "/plain", "Content-Length": "9"}, "elsewhere")},
     "user-verified-redirect": {"/redirect": answer(
+        302, {**HEADERS, "Location": "/plain", "Content-Length": "9"}, "elsewhere")},
+    "delete-manager-in-finished": {"/redirect": answer(
         302, {**HEADERS, "Location": "/plain", "Content-Length": "9"}, "elsewhere")},
     "303-post": {"/status": answer(303, {**HEADERS, "Location": "/plain", "Content-Length": "0"},
                                    "")},
@@ -161,6 +165,24 @@ class Answers(unittest.TestCase):
         for path in ("/plain", "/redirect", "/loop", "/status?code=404&body=gone", "/failing"):
             self.assertIn(f"  deleted in finished of {path}: done, gone", trace)
         self.assertEqual(sum("done" in line for line in trace), 8 + 9 + 9 + 9 + 6)
+
+    def test_go_with_their_manager_while_a_redirect_is_followed(self):
+        self.add("Mock", urlPattern="/slow", **answer(302, {"Location": "/trickle"}, ""))
+        trace = self.host.trace("delete-manager")
+        self.assertIn("  redirected BASE/trickle", [line.split(" |")[0] for line in trace])
+        self.assertEqual(trace[-2:], ["  destroyed", "  end (gone)"])
+
+    def test_hand_on_what_a_redirect_to_tls_asks(self):
+        with tempfile.TemporaryDirectory() as folder:
+            secure = ScriptedServer(make_certificate(folder))
+        self.addCleanup(secure.close)
+        self.add("Mock", urlPattern="/redirect", **answer(
+            302, {"Location": f"https://127.0.0.1:{secure.port}/plain"}, ""))
+        signals = [line.split(" |")[0].strip()
+                   for line in self.host.trace("redirect-to-unknown-certificate")]
+        self.assertIn("ignoreSslErrors", signals)
+        self.assertIn("encrypted by shop.test", signals)
+        self.assertTrue(any(line.startswith("body 5 ") for line in signals), signals)
 
     def test_keep_cookies(self):
         self.add("Mock", urlPattern="/cookie", **answer(

@@ -726,6 +726,15 @@ std::map<QString, std::function<void()>> scenarios() {
     manager.reset();
     tracer.state("end");
   });
+  add("delete-manager-in-finished", [] {
+    auto* const manager = new QNetworkAccessManager;
+    traceManager(*manager);
+    QPointer<QNetworkReply> reply = manager->get(request("/redirect"));
+    Tracer tracer(reply);
+    QObject::connect(reply, &QNetworkReply::finished, manager, &QObject::deleteLater);
+    settle(reply);
+    say(QString("  reply gone: %1").arg(reply == nullptr));
+  });
   add("disconnected", [] {
     QNetworkAccessManager manager;
     std::unique_ptr<QNetworkReply> reply(manager.get(request("/plain")));
@@ -866,6 +875,16 @@ std::map<QString, std::function<void()>> scenarios() {
   add("tls-accepted-by-reply", [secure] {
     simple([secure](QNetworkAccessManager& manager) {
       QNetworkReply* const reply = secure(manager);
+      QObject::connect(reply, &QNetworkReply::sslErrors, reply, [reply] {
+        say("  ignoreSslErrors");
+        reply->ignoreSslErrors();
+      });
+      return reply;
+    });
+  });
+  add("redirect-to-unknown-certificate", [] {
+    simple([](QNetworkAccessManager& manager) {
+      QNetworkReply* const reply = manager.get(request("/redirect"));
       QObject::connect(reply, &QNetworkReply::sslErrors, reply, [reply] {
         say("  ignoreSslErrors");
         reply->ignoreSslErrors();
