@@ -67,6 +67,9 @@ QString statusErrorText(const QUrl& url, int status) {
   if (status == 401) {
     return QCoreApplication::translate("QHttp", "Host requires authentication");
   }
+  if (status == 407) {
+    return QCoreApplication::translate("QHttp", "Proxy requires authentication");
+  }
   return QCoreApplication::translate("QHttp", "Error transferring %1 - server replied: %2")
       .arg(url.toString(), reasonPhraseOf(status));
 }
@@ -200,7 +203,10 @@ void AnswerReply::showHead() {
     }
   }
   keepCookies();
-  if (isRedirectStatus(status) && !redirectTarget().isEmpty() && !followsRedirects()) {
+  // The toolkit follows this one, and does not name its target when it must not.
+  constexpr int useProxy = 305;
+  if (isRedirectStatus(status) && status != useProxy && !redirectTarget().isEmpty() &&
+      !followsRedirects()) {
     setAttribute(QNetworkRequest::RedirectionTargetAttribute,
                  QUrl::fromEncoded(rawHeader("Location")));
   }

@@ -24,6 +24,7 @@ ANSWERS = {
     "head": {"/plain": answer(200, PLAIN, "a response to this method has no body")},
     "204": {"/status": answer(204, HEADERS, "")},
     "404": {"/status": answer(404, {**TEXT, "Content-Length": "4"}, "gone")},
+    "407": {"/status": answer(407, {**TEXT, "Content-Length": "3"}, "who")},
     "500": {"/status": answer(500, {**TEXT, "Content-Length": "4"}, "oops")},
     "derived-manager": {"/plain": answer(200, PLAIN, "hello")},
     "plainly-derived-manager": {"/plain": answer(200, PLAIN, "hello")},
@@ -45,6 +46,8 @@ ANSWERS = {
     "delete-in-finished": {"/plain": answer(200, PLAIN, "hello")},
     "302-other-host-policy": {"/redirect": answer(
         302, {**HEADERS, "Location": "/plain", "Content-Length": "9"}, "elsewhere")},
+    "305-other-host-policy": {"/status": answer(
+        305, {**HEADERS, "Location": "/plain", "Content-Length": "0"}, "")},
     # Only the redirect is mocked: what it leads to comes from the server.
     "302": {"/redirect": answer(302, {**HEADERS, "Location": "/plain", "Content-Length": "9"},
                                 "elsewhere")},

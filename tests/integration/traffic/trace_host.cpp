@@ -575,9 +575,16 @@ std::map<QString, std::function<void()>> scenarios() {
   add("404", get("/status?code=404&body=gone"));
   add("500", get("/status?code=500&body=oops"));
   add("401", get("/auth"));
+  add("407", get("/status?code=407&body=who"));
   add("302-other-host-policy", [] {
     simple([](auto& manager) {
       return manager.get(withPolicy("/redirect?code=302", QNetworkRequest::ManualRedirectPolicy));
+    });
+  });
+  add("305-other-host-policy", [] {
+    simple([](auto& manager) {
+      return manager.get(
+          withPolicy("/status?code=305&location=/plain", QNetworkRequest::ManualRedirectPolicy));
     });
   });
   add("302", get("/redirect?code=302"));
