@@ -305,6 +305,10 @@ void AnswerReply::followRedirect() {
   if (body == nullptr) {
     followed.setHeader(QNetworkRequest::ContentLengthHeader, QVariant());
   }
+  if (operation() == QNetworkAccessManager::GetOperation ||
+      operation() == QNetworkAccessManager::HeadOperation) {
+    followed.setHeader(QNetworkRequest::ContentTypeHeader, QVariant());
+  }
   QNetworkReply* const next =
       request_hook::createRequest({manager_.data(), operation(), followed, body});
   if (next == nullptr) {
@@ -342,8 +346,9 @@ void AnswerReply::adopt(QNetworkReply& next) {
   connect(&next, &QNetworkReply::requestSent, this, &QNetworkReply::requestSent);
   connect(&next, &QNetworkReply::encrypted, this, &QNetworkReply::encrypted);
   connect(&next, &QNetworkReply::sslErrors, this, &QNetworkReply::sslErrors);
-  connect(&next, &QNetworkReply::uploadProgress, this, [this](qint64 sent, qint64 total) {
-    if (!isFinished()) {
+  // What a reply reports at its end is reported at ours.
+  connect(&next, &QNetworkReply::uploadProgress, this, [this, &next](qint64 sent, qint64 total) {
+    if (!isFinished() && next.isRunning()) {
       Q_EMIT uploadProgress(sent, total);
     }
   });

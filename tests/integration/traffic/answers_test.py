@@ -175,6 +175,21 @@ class Answers(unittest.TestCase):
         self.assertIn("  redirected BASE/trickle", [line.split(" |")[0] for line in trace])
         self.assertEqual(trace[-2:], ["  destroyed", "  end (gone)"])
 
+    def test_send_to_the_target_of_a_redirect_what_the_toolkit_would(self):
+        for status, target, sent in ((303, "/plain", ("GET", 0)),
+                                     (308, "/status?code=202", ("POST", 9))):
+            with self.subTest(status):
+                self.add("Mock", urlPattern="/echo", **answer(status, {"Location": target}, ""))
+                self.server.take_requests()
+                trace = self.host.trace("post")
+                self.tearDown()
+                request, = self.server.take_requests()
+                self.assertEqual((request["method"], request["length"]), sent)
+                self.assertEqual("Content-Type" in request["names"], status == 308)
+                # The end of an upload is reported once, if it is still one.
+                ends = [line for line in trace if "uploadProgress 0 of 0" in line]
+                self.assertEqual(len(ends), 1 if status == 308 else 0)
+
     def test_hand_on_what_a_redirect_to_tls_asks(self):
         with tempfile.TemporaryDirectory() as folder:
             secure = ScriptedServer(make_certificate(folder))
