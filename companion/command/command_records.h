@@ -42,6 +42,17 @@ struct RuleAdded {
   static constexpr auto fields() { return std::tuple{Field{"ruleId", &RuleAdded::ruleId}}; }
 };
 
+/// Of `tarnix har`, unless the archive itself goes to standard output.
+struct ArchiveWritten {
+  std::string file;
+  std::uint64_t exchangeCount = 0;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"file", &ArchiveWritten::file},
+                      Field{"exchangeCount", &ArchiveWritten::exchangeCount}};
+  }
+};
+
 /// Of the commands that act on an application, for each step.
 struct StepDone {
   /// What was to be done, for people.

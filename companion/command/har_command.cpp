@@ -5,6 +5,7 @@
 #include <system_error>
 #include <variant>
 
+#include "companion/command/command_records.h"
 #include "companion/command/commands.h"
 #include "companion/command/har_log.h"
 #include "companion/command/host_session.h"
@@ -40,6 +41,10 @@ ExitCode runHar(const CommandOptions& options, const std::string& file) {
                   fmt::format("{} cannot be written: {}. Choose another file.", file,
                               std::generic_category().message(errno)),
                   options);
+  }
+  if (options.json) {
+    const ArchiveWritten written{file, sync->httpRequests.size()};
+    return writeToStandardOutput(encodeJson(written).value_or("{}") + "\n", options);
   }
   return writeToStandardOutput(
       fmt::format("{} exchanges are in {}\n", sync->httpRequests.size(), printable(file)), options);

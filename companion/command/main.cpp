@@ -24,7 +24,7 @@ constexpr const char* description =
     "Shows what a desktop application with the Tarnix probe in it does.\n"
     "Start one with `tarnix run APP`, then ask it with the other commands.";
 
-std::string namesOf(const std::vector<CLI::App*>& commands) {
+std::string namesOf(const std::vector<const CLI::App*>& commands) {
   std::string names;
   for (const CLI::App* command : commands) {
     names += (names.empty() ? "" : " or ") + command->get_name();
@@ -37,6 +37,19 @@ std::string commandReached(const CLI::App& app) {
   const std::vector<CLI::App*> commands = app.get_subcommands();
   return commands.empty() ? ""
                           : " " + commands.front()->get_name() + commandReached(*commands.front());
+}
+
+/// Of a command that another word must follow, such as `tarnix mock`.
+std::string explainMissingWord(const CLI::App& command) {
+  const std::string words = namesOf(command.get_subcommands({}));
+  const std::vector<std::string> extra = command.remaining();
+  if (extra.empty()) {
+    return "Say what to do: " + words;
+  }
+  return extra.front().starts_with('-')
+             ? fmt::format("The option {} stands behind {}", extra.front(), words)
+             : fmt::format("There is no \"{} {}\". Say {}", command.get_name(), extra.front(),
+                           words);
 }
 
 /// What is wrong with a command line, and where to read how it should be.
@@ -52,7 +65,7 @@ std::string explain(const CLI::App& app, const CLI::Error& error,
                        extra.front().starts_with('-') ? "option" : "command", extra.front());
   } else if (!commands.front()->get_subcommands({}).empty() &&
              commands.front()->get_subcommands().empty()) {
-    what = "Say what to do: " + namesOf(commands.front()->get_subcommands({}));
+    what = explainMissingWord(*commands.front());
   } else if (!extra.empty() && arguments.front().starts_with('-')) {
     what = fmt::format("The option {} stands behind the command", arguments.front());
   }

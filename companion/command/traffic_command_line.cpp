@@ -133,6 +133,9 @@ void addTrafficCommands(CLI::App& app, CommandOptions& options, const SetAction&
   const auto file = std::make_shared<std::string>();
   CLI::App* har =
       addHostCommand(app, "har", "Write the exchanges that were kept as an HTTP archive", options);
+  har->footer(
+      "--json prints {\"file\", \"exchangeCount\"} when the archive is written; one that goes to "
+      "standard output stays alone there.");
   har->add_option("FILE", *file, "Where to; - for standard output")->required();
   does(har, [&options, file] { return runHar(options, *file); });
 }

@@ -67,6 +67,9 @@ QString statusErrorText(const QUrl& url, int status) {
   if (status == 401) {
     return QCoreApplication::translate("QHttp", "Host requires authentication");
   }
+  if (status == 407) {
+    return QCoreApplication::translate("QHttp", "Proxy requires authentication");
+  }
   return QCoreApplication::translate("QHttp", "Error transferring %1 - server replied: %2")
       .arg(url.toString(), reasonPhraseOf(status));
 }
@@ -96,6 +99,13 @@ AnswerReply::AnswerReply(const HostRequest& request, const Answer& answer)
     runAtOnce();
   } else {
     post(Stage::connecting);
+  }
+}
+
+AnswerReply::~AnswerReply() {
+  if (next_ != nullptr) {
+    next_->disconnect(this);
+    delete next_.data();
   }
 }
 
@@ -193,7 +203,10 @@ void AnswerReply::showHead() {
     }
   }
   keepCookies();
-  if (isRedirectStatus(status) && !redirectTarget().isEmpty() && !followsRedirects()) {
+  // The toolkit follows this one, and does not name its target when it must not.
+  constexpr int useProxy = 305;
+  if (isRedirectStatus(status) && status != useProxy && !redirectTarget().isEmpty() &&
+      !followsRedirects()) {
     setAttribute(QNetworkRequest::RedirectionTargetAttribute,
                  QUrl::fromEncoded(rawHeader("Location")));
   }
@@ -292,13 +305,22 @@ void AnswerReply::followRedirect() {
   if (body == nullptr) {
     followed.setHeader(QNetworkRequest::ContentLengthHeader, QVariant());
   }
+  if (operation() == QNetworkAccessManager::GetOperation ||
+      operation() == QNetworkAccessManager::HeadOperation) {
+    followed.setHeader(QNetworkRequest::ContentTypeHeader, QVariant());
+  }
   QNetworkReply* const next =
       request_hook::createRequest({manager_.data(), operation(), followed, body});
   if (next == nullptr) {
     return;
   }
-  next->setParent(this);
+  next->setParent(nullptr);
   next_ = next;
+  if (ignoresSslErrors_) {
+    next->ignoreSslErrors();
+  } else if (!ignoredSslErrors_.isEmpty()) {
+    next->ignoreSslErrors(ignoredSslErrors_);
+  }
   adopt(*next);
 }
 
@@ -322,8 +344,11 @@ void AnswerReply::adopt(QNetworkReply& next) {
   connect(&next, &QNetworkReply::socketStartedConnecting, this,
           &QNetworkReply::socketStartedConnecting);
   connect(&next, &QNetworkReply::requestSent, this, &QNetworkReply::requestSent);
-  connect(&next, &QNetworkReply::uploadProgress, this, [this](qint64 sent, qint64 total) {
-    if (!isFinished()) {
+  connect(&next, &QNetworkReply::encrypted, this, &QNetworkReply::encrypted);
+  connect(&next, &QNetworkReply::sslErrors, this, &QNetworkReply::sslErrors);
+  // What a reply reports at its end is reported at ours.
+  connect(&next, &QNetworkReply::uploadProgress, this, [this, &next](qint64 sent, qint64 total) {
+    if (!isFinished() && next.isRunning()) {
       Q_EMIT uploadProgress(sent, total);
     }
   });
@@ -428,6 +453,24 @@ void AnswerReply::close() {
   } else {
     cancel();
   }
+}
+
+void AnswerReply::ignoreSslErrors() {
+  ignoresSslErrors_ = true;
+  if (next_ != nullptr) {
+    next_->ignoreSslErrors();
+  }
+}
+
+void AnswerReply::ignoreSslErrorsImplementation(const QList<QSslError>& errors) {
+  ignoredSslErrors_ = errors;
+  if (next_ != nullptr) {
+    next_->ignoreSslErrors(errors);
+  }
+}
+
+void AnswerReply::sslConfigurationImplementation(QSslConfiguration& configuration) const {
+  configuration = next_ != nullptr ? next_->sslConfiguration() : request().sslConfiguration();
 }
 
 qint64 AnswerReply::bytesAvailable() const {

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QPointer>
+#include <QSslConfiguration>
+#include <QSslError>
 
 #include "platforms/qt6/network/exchange.h"
 
@@ -22,6 +25,9 @@ struct HostRequest;
 class AnswerReply : public QNetworkReply {
  public:
   AnswerReply(const HostRequest& request, const Answer& answer);
+  ~AnswerReply() override;
+  AnswerReply(const AnswerReply&) = delete;
+  AnswerReply& operator=(const AnswerReply&) = delete;
 
   void abort() override;
   void close() override;
@@ -29,10 +35,12 @@ class AnswerReply : public QNetworkReply {
   qint64 bytesAvailable() const override;
   bool canReadLine() const override;
   qint64 size() const override { return bytesAvailable(); }
-  void ignoreSslErrors() override {}
+  void ignoreSslErrors() override;
 
  protected:
   qint64 readData(char* data, qint64 maximumSize) override;
+  void ignoreSslErrorsImplementation(const QList<QSslError>& errors) override;
+  void sslConfigurationImplementation(QSslConfiguration& configuration) const override;
 
  private:
   enum class Stage { connecting, sent, head, body, end };
@@ -68,7 +76,10 @@ class AnswerReply : public QNetworkReply {
   qint64 received_ = 0;
   int redirectsLeft_;
   QUrl target_;
-  /// The reply to the request that a redirect led to; its content becomes ours.
+  bool ignoresSslErrors_ = false;
+  QList<QSslError> ignoredSslErrors_;
+  /// The reply to the request that a redirect led to; its content becomes ours. It is owned and has
+  /// no parent: a manager that goes deletes all replies among its children and theirs, each once.
   QPointer<QNetworkReply> next_;
 };
 

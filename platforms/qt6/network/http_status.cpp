@@ -74,6 +74,7 @@ constexpr Phrase phrases[] = {
     {506, "Variant Also Negotiates"},
     {507, "Insufficient Storage"},
     {508, "Loop Detected"},
+    {510, "Not Extended"},
     {511, "Network Authentication Required"},
 };
 

@@ -1,6 +1,8 @@
 """A mocked answer looks to the application as the same answer from a server; a failed request fails
 with the words of its rule."""
 
+import tempfile
+
 from scripted_server import DATE, ScriptedServer
 from traffic_support import *
 
@@ -22,6 +24,7 @@ ANSWERS = {
     "head": {"/plain": answer(200, PLAIN, "a response to this method has no body")},
     "204": {"/status": answer(204, HEADERS, "")},
     "404": {"/status": answer(404, {**TEXT, "Content-Length": "4"}, "gone")},
+    "407": {"/status": answer(407, {**TEXT, "Content-Length": "3"}, "who")},
     "500": {"/status": answer(500, {**TEXT, "Content-Length": "4"}, "oops")},
     "derived-manager": {"/plain": answer(200, PLAIN, "hello")},
     "plainly-derived-manager": {"/plain": answer(200, PLAIN, "hello")},
@@ -43,12 +46,16 @@ ANSWERS = {
     "delete-in-finished": {"/plain": answer(200, PLAIN, "hello")},
     "302-other-host-policy": {"/redirect": answer(
         302, {**HEADERS, "Location": "/plain", "Content-Length": "9"}, "elsewhere")},
+    "305-other-host-policy": {"/status": answer(
+        305, {**HEADERS, "Location": "/plain", "Content-Length": "0"}, "")},
     # Only the redirect is mocked: what it leads to comes from the server.
     "302": {"/redirect": answer(302, {**HEADERS, "Location": "/plain", "Content-Length": "9"},
                                 "elsewhere")},
     "same-origin-redirect": {"/redirect": answer(
         302, {**HEADERS, "Location": "/plain", "Content-Length": "9"}, "elsewhere")},
     "user-verified-redirect": {"/redirect": answer(
+        302, {**HEADERS, "Location": "/plain", "Content-Length": "9"}, "elsewhere")},
+    "delete-manager-in-finished": {"/redirect": answer(
         302, {**HEADERS, "Location": "/plain", "Content-Length": "9"}, "elsewhere")},
     "303-post": {"/status": answer(303, {**HEADERS, "Location": "/plain", "Content-Length": "0"},
                                    "")},
@@ -161,6 +168,39 @@ class Answers(unittest.TestCase):
         for path in ("/plain", "/redirect", "/loop", "/status?code=404&body=gone", "/failing"):
             self.assertIn(f"  deleted in finished of {path}: done, gone", trace)
         self.assertEqual(sum("done" in line for line in trace), 8 + 9 + 9 + 9 + 6)
+
+    def test_go_with_their_manager_while_a_redirect_is_followed(self):
+        self.add("Mock", urlPattern="/slow", **answer(302, {"Location": "/trickle"}, ""))
+        trace = self.host.trace("delete-manager")
+        self.assertIn("  redirected BASE/trickle", [line.split(" |")[0] for line in trace])
+        self.assertEqual(trace[-2:], ["  destroyed", "  end (gone)"])
+
+    def test_send_to_the_target_of_a_redirect_what_the_toolkit_would(self):
+        for status, target, sent in ((303, "/plain", ("GET", 0)),
+                                     (308, "/status?code=202", ("POST", 9))):
+            with self.subTest(status):
+                self.add("Mock", urlPattern="/echo", **answer(status, {"Location": target}, ""))
+                self.server.take_requests()
+                trace = self.host.trace("post")
+                self.tearDown()
+                request, = self.server.take_requests()
+                self.assertEqual((request["method"], request["length"]), sent)
+                self.assertEqual("Content-Type" in request["names"], status == 308)
+                # The end of an upload is reported once, if it is still one.
+                ends = [line for line in trace if "uploadProgress 0 of 0" in line]
+                self.assertEqual(len(ends), 1 if status == 308 else 0)
+
+    def test_hand_on_what_a_redirect_to_tls_asks(self):
+        with tempfile.TemporaryDirectory() as folder:
+            secure = ScriptedServer(make_certificate(folder))
+        self.addCleanup(secure.close)
+        self.add("Mock", urlPattern="/redirect", **answer(
+            302, {"Location": f"https://127.0.0.1:{secure.port}/plain"}, ""))
+        signals = [line.split(" |")[0].strip()
+                   for line in self.host.trace("redirect-to-unknown-certificate")]
+        self.assertIn("ignoreSslErrors", signals)
+        self.assertIn("encrypted by shop.test", signals)
+        self.assertTrue(any(line.startswith("body 5 ") for line in signals), signals)
 
     def test_keep_cookies(self):
         self.add("Mock", urlPattern="/cookie", **answer(

@@ -321,6 +321,9 @@ class Commands(unittest.TestCase):
         self.assertEqual(complaints_about(path), "")
         self.assertEqual(json.loads(self.tarnix("har", "-"))["log"]["version"], "1.2")
         self.tarnix("har", "/nonexistent/file", code=1)
+        written = json.loads(self.tarnix("har", str(path), "--json"))
+        entries = json.loads(path.read_text())["log"]["entries"]
+        self.assertEqual(written, {"file": str(path), "exchangeCount": len(entries)})
 
     def test_the_schemas_of_archives_find_what_is_wrong(self):
         path = pathlib.Path(self.folder.name) / "wrong.har"

@@ -15,12 +15,13 @@ import time
 import urllib.parse
 
 DATE = b"Date: Thu, 01 Jan 2026 00:00:00 GMT\r\n"
-REASONS = {200: "OK", 201: "Created", 202: "Accepted", 204: "No Content", 301: "Moved Permanently", 302: "Found",
-           303: "See Other", 304: "Not Modified", 307: "Temporary Redirect",
-           308: "Permanent Redirect", 400: "Bad Request", 401: "Unauthorized", 403: "Forbidden",
-           404: "Not Found", 405: "Method Not Allowed", 409: "Conflict", 410: "Gone",
-           418: "I'm a teapot", 500: "Internal Server Error", 501: "Not Implemented",
-           502: "Bad Gateway", 503: "Service Unavailable"}
+REASONS = {200: "OK", 201: "Created", 202: "Accepted", 204: "No Content",
+           301: "Moved Permanently", 302: "Found", 303: "See Other", 304: "Not Modified",
+           305: "Use Proxy", 307: "Temporary Redirect", 308: "Permanent Redirect",
+           400: "Bad Request", 401: "Unauthorized", 403: "Forbidden", 404: "Not Found",
+           405: "Method Not Allowed", 407: "Proxy Authentication Required", 409: "Conflict",
+           410: "Gone", 418: "I'm a teapot", 500: "Internal Server Error",
+           501: "Not Implemented", 502: "Bad Gateway", 503: "Service Unavailable"}
 
 
 def response(status, headers=(), body=b"", reason=None, length=True):
