@@ -56,21 +56,31 @@ int reportedNumber(int systemNumber) {
   return systemNumber;
 }
 
+void takeDefaultAction(int number) {
+  struct sigaction action {};
+  action.sa_handler = SIG_DFL;
+  ::sigaction(number, &action, nullptr);
+}
+
 /// A child that goes on without a program of its own has the handlers, but nobody to report to. It
 /// ends as it would have.
 bool isChild(int number) {
   if (::getpid() == installedProcess) {
     return false;
   }
-  struct sigaction action {};
-  action.sa_handler = SIG_DFL;
-  ::sigaction(number, &action, nullptr);
+  takeDefaultAction(number);
   return true;
 }
 
 void onSignal(int number, siginfo_t*, void* context) {
   const int savedError = errno;
-  if (isChild(number) || endsByException) {
+  if (isChild(number)) {
+    errno = savedError;
+    return;
+  }
+  if (endsByException) {
+    // The report is written, and the runtime is on its way out. A fault there must not hold it up.
+    takeDefaultAction(number);
     errno = savedError;
     return;
   }
@@ -85,14 +95,17 @@ void onSignal(int number, siginfo_t*, void* context) {
 
 /// What the exception says of itself. Called while it is the current one.
 std::optional<std::string> reasonOfCurrentException() {
+  const auto textAt = [](const char* text) {
+    return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
+  };
   try {
     throw;
   } catch (const std::exception& exception) {
-    return exception.what();
+    return textAt(exception.what());
   } catch (const std::string& text) {
     return text;
   } catch (const char* text) {
-    return text;
+    return textAt(text);
   } catch (...) {
     return std::nullopt;
   }

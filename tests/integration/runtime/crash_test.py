@@ -112,6 +112,14 @@ class Signals(Crash):
                     in_destructor = any("~EndsBadly" in frame for frame in report["stack"])
                     self.assertEqual(in_destructor, place == "exit")
 
+    def test_a_call_of_nothing_names_the_caller(self):
+        process = self.start("call")
+        report = self.report()
+        self.assertIn(" 0x0000000000000000 ?", report["stack"][0])
+        self.assertIn("callNothing", report["stack"][1])
+        self.assertTrue(any(" main " in frame or " main + " in frame for frame in report["stack"]))
+        process.send_signal(signal.SIGKILL)
+
     def test_a_stack_that_overflows(self):
         for place in ("main", "thread", "qthread"):
             with self.subTest(place):
@@ -169,6 +177,13 @@ class Exceptions(Crash):
     def test_exceptions_without_words(self):
         self.check_exception("shop::EmptyBasket", "Unknown", "empty")
         self.check_exception("char const*", "just text", "text")
+
+    def test_a_fault_of_the_runtime_on_its_way_out(self):
+        expected = self.end_without_the_probe("speechless")
+        self.assertEqual(expected[0], -signal.SIGSEGV)
+        self.assertEqual(self.end_with_the_probe("speechless"), expected)
+        report = self.report()
+        self.assertEqual((report["name"], report["reason"]), ("shop::Speechless", "Unknown"))
 
     def test_in_other_places(self):
         for words in (
