@@ -101,6 +101,12 @@ const std::map<std::string, std::function<void()>>& ends() {
       {"exception", refusePayment},
       {"noexcept", throwWhereNothingMayBeThrown},
       {"empty", [] { throw shop::EmptyBasket(); }},
+      {"exceptions",
+       [] {
+         for (int count = 0; count < 8; ++count) {
+           std::thread(refusePayment).detach();
+         }
+       }},
       {"speechless", [] { throw shop::Speechless(); }},
       {"call", callNothing},
       {"text", [] { throw "just text"; }},

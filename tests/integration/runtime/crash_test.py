@@ -193,6 +193,14 @@ class Exceptions(Crash):
         self.check_exception("shop::EmptyBasket", "Unknown", "empty")
         self.check_exception("char const*", "just text", "text")
 
+    def test_of_several_threads_at_once(self):
+        def check(test, *words):
+            test.assertEqual(test.end_with_the_probe(*words)[0], -signal.SIGABRT)
+            report = test.report()
+            test.assertEqual((report["type"], report["name"]), ("NSException", "shop::PaymentRefused"))
+
+        self.check_each((("exceptions",),) * 3, check)
+
     def test_a_fault_of_the_runtime_on_its_way_out(self):
         expected = self.end_without_the_probe("speechless")
         self.assertEqual(expected[0], -signal.SIGSEGV)
