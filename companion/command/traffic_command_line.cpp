@@ -121,7 +121,8 @@ void addTrafficCommands(CLI::App& app, CommandOptions& options, const SetAction&
   CLI::App* clear =
       addHostCommand(app, "clear", "Forget what an application's probe has captured", options);
   clear->footer(
-      "The rules stay. A `tarnix watch` beside it may miss what happened in the moment before: it "
+      "The rules stay. The name of the screen is \"Unknown\" until the next one shows. A `tarnix "
+      "watch` beside it may miss what happened in the moment before: it "
       "gives way to other commands, and comes back to what the probe has kept.");
   does(clear, [&options] { return runClear(options); });
 

@@ -60,7 +60,7 @@ class IcuRegularExpression : public RegularExpression {
   }
 
  private:
-  /// Null when memory ran out, which ICU then reports for every use.
+  /// Null when memory ran out: this text does not match, and the next one gets another try.
   Matcher takeMatcher() const {
     const std::lock_guard guard(mutex_);
     if (!idle_.empty()) {
@@ -75,6 +75,9 @@ class IcuRegularExpression : public RegularExpression {
   }
 
   void giveBack(Matcher matcher) const {
+    if (matcher == nullptr) {
+      return;
+    }
     const std::lock_guard guard(mutex_);
     idle_.push_back(std::move(matcher));
   }

@@ -2,8 +2,9 @@
 
 namespace tarnix {
 
-// Functions of the language are taken before the page can replace them. A method stands for each
-// wrapped function, since like those it has a name, no declared parameters and is no constructor.
+// Functions of the language are taken before the page can replace them. A bound method stands for
+// each wrapped function, since like those it has a name, no declared parameters, is no constructor
+// and says of itself that its code is native: pages ask for that.
 const std::string_view consoleUserScript = R"js((function () {
   'use strict';
   if (window.__tarnixConsoleInstalled) {
@@ -45,12 +46,13 @@ const std::string_view consoleUserScript = R"js((function () {
 
   function wrap(level) {
     const original = console[level];
-    console[level] = {
+    const wrapped = {
       [level](...values) {
         send(level, values);
         return apply(original, console, values);
       }
-    }[level];
+    }[level].bind();
+    console[level] = Object.defineProperty(wrapped, 'name', {value: level});
   }
 
   wrap('log');

@@ -1,8 +1,11 @@
 #include "platforms/linux/crash/call_stack.h"
 
+#include <dlfcn.h>
 #include <execinfo.h>
 #include <link.h>
+#include <sys/uio.h>
 #include <ucontext.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -60,6 +63,52 @@ std::string_view fileOf(std::uintptr_t address) {
   return search.name;
 }
 
+/// Takes no lock.
+bool isInAFile(void* address) {
+  dl_find_object found{};
+  return _dl_find_object(address, &found) == 0;
+}
+
+/// A call of a null or wild pointer stops before the first instruction of what is called: the
+/// unwinder finds nothing there and gives up. For as long as this lives, the context is that of
+/// the caller just after the call, so that the unwinder goes on from there.
+class CallerOfNowhere {
+ public:
+  explicit CallerOfNowhere(const void* context)
+      : state_(*static_cast<ucontext_t*>(const_cast<void*>(context))),
+        registers_(state_.uc_mcontext) {
+    if (!isInAFile(interruptedInstruction(context))) {
+      leaveCall();
+    }
+  }
+  ~CallerOfNowhere() { state_.uc_mcontext = registers_; }
+  CallerOfNowhere(const CallerOfNowhere&) = delete;
+  CallerOfNowhere& operator=(const CallerOfNowhere&) = delete;
+
+ private:
+  void leaveCall() {
+#if defined(__x86_64__)
+    // The stack pointer may be wild as well; the system reads for us what cannot crash us.
+    greg_t returnAddress = 0;
+    iovec here{.iov_base = &returnAddress, .iov_len = sizeof(returnAddress)};
+    iovec there{.iov_base = reinterpret_cast<void*>(registers_.gregs[REG_RSP]),
+                .iov_len = sizeof(returnAddress)};
+    const ssize_t count = ::process_vm_readv(::getpid(), &here, 1, &there, 1, 0);
+    if (count == sizeof(returnAddress) && isInAFile(reinterpret_cast<void*>(returnAddress))) {
+      state_.uc_mcontext.gregs[REG_RIP] = returnAddress;
+      state_.uc_mcontext.gregs[REG_RSP] += static_cast<greg_t>(sizeof(returnAddress));
+    }
+#elif defined(__aarch64__)
+    if (isInAFile(reinterpret_cast<void*>(registers_.regs[30]))) {
+      state_.uc_mcontext.pc = registers_.regs[30];
+    }
+#endif
+  }
+
+  ucontext_t& state_;
+  const mcontext_t registers_;
+};
+
 std::string symbolOf(std::size_t number, std::uintptr_t address, bool isReturnAddress) {
   // A call may be the last instruction of its function: where it returns to is not in there.
   const std::uintptr_t inside = isReturnAddress ? address - 1 : address;
@@ -97,15 +146,17 @@ CallStack captureCallStack() {
 CallStack captureInterruptedCallStack(const void* context) {
   CallStack stack;
   std::array<void*, CallStack::maximumDepth + handlerDepth> addresses{};
+  void* const instruction = interruptedInstruction(context);
+  const CallerOfNowhere caller(context);
+  void* const next = interruptedInstruction(context);
   const int depth = ::backtrace(addresses.data(), static_cast<int>(addresses.size()));
   const auto end = addresses.begin() + depth;
-  void* const instruction = interruptedInstruction(context);
-  const auto found = std::find(addresses.begin(), end, instruction);
+  const auto found = std::find(addresses.begin(), end, next);
   stack.addresses[stack.count++] = instruction;
   stack.beginsAtInstruction = true;
-  // A jump to nowhere leaves no trace of itself; what called it follows the trampoline, and the
-  // handler's own calls stay in the list, since where they end cannot be told.
-  for (auto address = found == end ? addresses.begin() : found + 1;
+  // Without a trace of it the handler's own calls stay in the list, since where they end cannot be
+  // told.
+  for (auto address = found == end ? addresses.begin() : found + (next == instruction ? 1 : 0);
        address != end && stack.count < stack.addresses.size(); ++address) {
     stack.addresses[stack.count++] = *address;
   }

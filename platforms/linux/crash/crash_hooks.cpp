@@ -40,11 +40,16 @@ constexpr std::array<std::pair<int, int>, 5> signals = {{
 /// leaves it where it was, so it would fill a processor and the disk with the same report.
 constexpr timespec restBeforeRepetition{.tv_sec = 0, .tv_nsec = 250'000'000};
 constexpr std::chrono::milliseconds patienceForTheLog{200};
+/// Of a millisecond each.
+constexpr int mostRestsForAReport = 5'000;
 
 constinit std::atomic<SignalHandler> signalHandler = nullptr;
 constinit std::atomic<UncaughtExceptionHandler> exceptionHandler = nullptr;
 constinit std::atomic<pid_t> installedProcess = 0;
 constinit std::atomic<bool> endsByException = false;
+/// The first thread with an uncaught exception; 0 while there is none.
+constinit std::atomic<pid_t> reportingThread = 0;
+constinit std::atomic<bool> hasReported = false;
 constinit std::atomic<const void*> lastInstruction = nullptr;
 
 int reportedNumber(int systemNumber) {
@@ -56,21 +61,31 @@ int reportedNumber(int systemNumber) {
   return systemNumber;
 }
 
+void takeDefaultAction(int number) {
+  struct sigaction action {};
+  action.sa_handler = SIG_DFL;
+  ::sigaction(number, &action, nullptr);
+}
+
 /// A child that goes on without a program of its own has the handlers, but nobody to report to. It
 /// ends as it would have.
 bool isChild(int number) {
   if (::getpid() == installedProcess) {
     return false;
   }
-  struct sigaction action {};
-  action.sa_handler = SIG_DFL;
-  ::sigaction(number, &action, nullptr);
+  takeDefaultAction(number);
   return true;
 }
 
 void onSignal(int number, siginfo_t*, void* context) {
   const int savedError = errno;
-  if (isChild(number) || endsByException) {
+  if (isChild(number)) {
+    errno = savedError;
+    return;
+  }
+  if (endsByException) {
+    // The report is written, and the runtime is on its way out. A fault there must not hold it up.
+    takeDefaultAction(number);
     errno = savedError;
     return;
   }
@@ -85,14 +100,17 @@ void onSignal(int number, siginfo_t*, void* context) {
 
 /// What the exception says of itself. Called while it is the current one.
 std::optional<std::string> reasonOfCurrentException() {
+  const auto textAt = [](const char* text) {
+    return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
+  };
   try {
     throw;
   } catch (const std::exception& exception) {
-    return exception.what();
+    return textAt(exception.what());
   } catch (const std::string& text) {
     return text;
   } catch (const char* text) {
-    return text;
+    return textAt(text);
   } catch (...) {
     return std::nullopt;
   }
@@ -110,15 +128,28 @@ void reportCurrentException() {
   endsByException = true;
 }
 
+/// For a thread whose exception is uncaught while that of another is being reported: its way out
+/// would end the process in the middle of the report, or put one of a signal in its place.
+void waitForTheReport() {
+  constexpr timespec interval{.tv_sec = 0, .tv_nsec = 1'000'000};
+  for (int rests = 0; !hasReported && rests < mostRestsForAReport; ++rests) {
+    ::nanosleep(&interval, nullptr);
+  }
+}
+
 /// The runtime's own way out follows, with the line that it writes.
 [[noreturn]] void onTerminate() {
-  static constinit std::atomic_flag hasBegun;
-  if (!hasBegun.test_and_set()) {
+  const pid_t self = ::gettid();
+  pid_t reporting = 0;
+  if (reportingThread.compare_exchange_strong(reporting, self)) {
     try {
       reportCurrentException();
     } catch (...) {
       // No report.
     }
+    hasReported = true;
+  } else if (reporting != self && ::getpid() == installedProcess) {
+    waitForTheReport();
   }
   __gnu_cxx::__verbose_terminate_handler();
   std::abort();

@@ -6,9 +6,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstring>
 #include <ctime>
 #include <string_view>
 #include <utility>
@@ -26,6 +28,14 @@ constexpr std::chrono::milliseconds patienceAtTheEnd{2'000};
 
 /// Of the one thread that reads.
 std::array<char, pieceSize> buffer;
+
+/// What fills the buffer was cut where the buffer ends. Others may write to the same place, so the
+/// last line waits for its rest, which is in the pipe already.
+std::string_view wholeLines(std::string_view read) {
+  const std::size_t lineFeed =
+      read.size() == buffer.size() ? read.rfind('\n') : std::string_view::npos;
+  return lineFeed == std::string_view::npos ? read : read.substr(0, lineFeed + 1);
+}
 
 void sleepFor(std::chrono::nanoseconds duration) {
   const timespec time{.tv_sec = 0, .tv_nsec = duration.count()};
@@ -90,20 +100,24 @@ Diversion::Outcome Diversion::moveSome() {
 
 Diversion::Outcome Diversion::readSome() {
   ++changes_;
-  const ssize_t count = ::read(readEnd_.get(), buffer.data(), buffer.size());
+  const ssize_t count = ::read(readEnd_.get(), buffer.data() + held_, buffer.size() - held_);
   const int error = errno;
   taken_ += count > 0 ? static_cast<std::uint64_t>(count) : 0;
   ++changes_;
-  if (count <= 0) {
+  if (count <= 0 && held_ == 0) {
     return afterFailure(count, error);
   }
-  const std::string_view piece(buffer.data(), static_cast<std::size_t>(count));
+  const std::string_view read(buffer.data(),
+                              held_ + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+  const std::string_view piece = count > 0 ? wholeLines(read) : read;
   for (std::size_t written = 0; written < piece.size();) {
     const std::size_t some = echo_.write(piece.substr(written));
     passedOn_ += some;
     written += some;
   }
   observer_(piece);
+  held_ = read.size() - piece.size();
+  std::memmove(buffer.data(), buffer.data() + piece.size(), held_);
   return Outcome::goesOn;
 }
 

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -70,6 +71,8 @@ class Diversion {
   /// `changes_` is even; odd means that the pipe is being read right now.
   std::atomic<std::uint64_t> taken_ = 0;
   std::atomic<std::uint64_t> passedOn_ = 0;
+  /// Bytes at the start of the buffer that wait for the rest of their line.
+  std::size_t held_ = 0;
   std::atomic<std::uint64_t> changes_ = 0;
   std::atomic<bool> hasEnded_ = false;
 };

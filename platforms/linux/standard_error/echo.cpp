@@ -32,7 +32,9 @@ void discard(int pipe, std::size_t count) {
 Echo::Echo(Descriptor destination) : destination_(std::move(destination)) {
   struct stat status {};
   isFile_ = ::fstat(destination_.get(), &status) == 0 && S_ISREG(status.st_mode);
-  canMove_ = destination_.isOpen();
+  // The system moves bytes into a file without the lock on its position that a write takes. Where
+  // standard output goes to the same file, they would land on top of each other.
+  canMove_ = destination_.isOpen() && !isFile_;
 }
 
 // Both ways block as long as the destination does, as the host would have. What the destination
@@ -49,7 +51,7 @@ std::size_t Echo::move(int pipe, std::size_t count) {
     if (moved < 0 && errno == EAGAIN) {
       waitUntilReady();
     } else if (moved < 0 && errno == EINVAL) {
-      // A file that is appended to, for one.
+      // Some devices take bytes from writes alone.
       canMove_ = false;
       return 0;
     } else if (moved == 0 || errno != EINTR) {

@@ -28,6 +28,12 @@ namespace shop {
 /// Without a base and without words.
 struct EmptyBasket {};
 
+/// Breaks what `std::exception` promises, so that the runtime crashes when it asks.
+class Speechless : public std::exception {
+ public:
+  const char* what() const noexcept override { return nullptr; }
+};
+
 class PaymentRefused : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -41,6 +47,13 @@ volatile int zero = 0;
 int* volatile nowhere = nullptr;
 
 [[gnu::noinline]] void writeNowhere() { *nowhere = 1; }
+
+void (*volatile noFunction)() = nullptr;
+
+[[gnu::noinline]] void callNothing() {
+  noFunction();
+  zero = 0;
+}
 
 [[gnu::noinline]] int divideByZero() { return 1'000 / zero; }
 
@@ -88,6 +101,14 @@ const std::map<std::string, std::function<void()>>& ends() {
       {"exception", refusePayment},
       {"noexcept", throwWhereNothingMayBeThrown},
       {"empty", [] { throw shop::EmptyBasket(); }},
+      {"exceptions",
+       [] {
+         for (int count = 0; count < 8; ++count) {
+           std::thread(refusePayment).detach();
+         }
+       }},
+      {"speechless", [] { throw shop::Speechless(); }},
+      {"call", callNothing},
       {"text", [] { throw "just text"; }},
       {"raise", [] {
          ::raise(SIGFPE);

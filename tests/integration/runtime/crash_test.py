@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
 """What an application leaves behind that comes to a bad end, and that it comes to the same end."""
 
+import copy
+import itertools
 import json
 import os
 import pathlib
 import re
 import signal
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 
 from runtime_support import BUILD, PRELOADED, Process, environment, main, wait_until
 
@@ -24,13 +27,25 @@ FUNCTIONS = {
 
 
 class Crash(unittest.TestCase):
-    counter = 0
+    numbers = itertools.count()
 
     def setUp(self):
-        Crash.counter += 1
-        self.identifier = f"org.tarnix.crash{os.getpid()}.n{Crash.counter}"
+        self.identifier = f"org.tarnix.crash{os.getpid()}.n{next(Crash.numbers)}"
         self.path = pathlib.Path(f"/tmp/tarnix_crash_{self.identifier.replace('.', '_')}.json")
         self.addCleanup(self.path.unlink, missing_ok=True)
+
+    def check_each(self, cases, check):
+        """`check(test, *case)`, each with a report of its own; a few at once, since hosts mostly wait."""
+
+        def begin(case):
+            test = copy.copy(self)
+            test.setUp()
+            return check(test, *case)
+
+        with ThreadPoolExecutor(3) as pool:
+            for case, result in [(case, pool.submit(begin, case)) for case in cases]:
+                with self.subTest(case):
+                    result.result()
 
     def start(self, *words, preload=PRELOADED):
         process = Process([CRASH_HOST, self.identifier, *words], env=environment(preload))
@@ -96,39 +111,47 @@ class Crash(unittest.TestCase):
 
 class Signals(Crash):
     def test_each_of_the_faults(self):
-        for end, name in PERSISTENT.items():
-            with self.subTest(end):
-                self.setUp()
-                report = self.check_persistent(name, FUNCTIONS[end], end)
-                self.assertRegex(report["stack"][0], r"crash_host\.cpp:\d+")
-                self.assertTrue(any(" main " in frame or " main + " in frame for frame in report["stack"]))
+        def check(test, end, name):
+            report = test.check_persistent(name, FUNCTIONS[end], end)
+            test.assertRegex(report["stack"][0], r"crash_host\.cpp:\d+")
+            test.assertTrue(any(" main " in frame or " main + " in frame for frame in report["stack"]))
+
+        self.check_each(PERSISTENT.items(), check)
 
     def test_each_of_the_faults_in_a_slot_in_other_threads_and_in_a_destructor_at_exit(self):
-        for place in ("slot", "thread", "qthread", "exit"):
-            for end, name in PERSISTENT.items():
-                with self.subTest(place=place, end=end):
-                    self.setUp()
-                    report = self.check_persistent(name, FUNCTIONS[end], end, place)
-                    in_destructor = any("~EndsBadly" in frame for frame in report["stack"])
-                    self.assertEqual(in_destructor, place == "exit")
+        def check(test, place, end):
+            report = test.check_persistent(PERSISTENT[end], FUNCTIONS[end], end, place)
+            in_destructor = any("~EndsBadly" in frame for frame in report["stack"])
+            test.assertEqual(in_destructor, place == "exit")
+
+        places = ("slot", "thread", "qthread", "exit")
+        self.check_each(itertools.product(places, PERSISTENT), check)
+
+    def test_a_call_of_nothing_names_the_caller(self):
+        process = self.start("call")
+        report = self.report()
+        self.assertIn(" 0x0000000000000000 ?", report["stack"][0])
+        self.assertIn("callNothing", report["stack"][1])
+        self.assertTrue(any(" main " in frame or " main + " in frame for frame in report["stack"]))
+        process.send_signal(signal.SIGKILL)
 
     def test_a_stack_that_overflows(self):
-        for place in ("main", "thread", "qthread"):
-            with self.subTest(place):
-                self.setUp()
-                report = self.check_persistent("SIGSEGV", "overflow(int)", "overflow", place)
-                self.assertTrue(all("overflow(int)" in frame for frame in report["stack"][1:100]))
+        def check(test, place):
+            report = test.check_persistent("SIGSEGV", "overflow(int)", "overflow", place)
+            test.assertTrue(all("overflow(int)" in frame for frame in report["stack"][1:100]))
+
+        self.check_each((("main",), ("thread",), ("qthread",)), check)
 
     def test_an_abort_ends_the_host_as_before(self):
-        for words in (("abort",), ("abort", "thread"), ("abort", "exit"), ("terminate",)):
-            with self.subTest(words):
-                self.setUp()
-                expected = self.end_without_the_probe(*words)
-                self.assertEqual(expected[0], -signal.SIGABRT)
-                self.assertEqual(self.end_with_the_probe(*words), expected)
-                report = self.report()
-                self.assertEqual(report["type"], "Signal")
-                self.assertEqual(report["name"], "SIGABRT")
+        def check(test, *words):
+            expected = test.end_without_the_probe(*words)
+            test.assertEqual(expected[0], -signal.SIGABRT)
+            test.assertEqual(test.end_with_the_probe(*words), expected)
+            report = test.report()
+            test.assertEqual(report["type"], "Signal")
+            test.assertEqual(report["name"], "SIGABRT")
+
+        self.check_each((("abort",), ("abort", "thread"), ("abort", "exit"), ("terminate",)), check)
 
     def test_an_abort_of_the_allocator(self):
         expected = self.end_without_the_probe("heap", "thread")
@@ -145,13 +168,13 @@ class Signals(Crash):
     def test_a_child_ends_as_before_and_leaves_nothing(self):
         ends = {end: getattr(signal, name) for end, name in PERSISTENT.items()}
         ends |= {"abort": signal.SIGABRT, "overflow": signal.SIGSEGV, "exception": signal.SIGABRT}
-        for place in ("child", "program"):
-            for end, number in ends.items():
-                with self.subTest(place=place, end=end):
-                    self.setUp()
-                    self.assertEqual(self.end_with_the_probe(end, place)[0], number)
-                    self.assertFalse(self.path.exists())
-                    self.assertFalse(pathlib.Path("/tmp/tarnix_crash_no identifier.json").exists())
+
+        def check(test, place, end):
+            test.assertEqual(test.end_with_the_probe(end, place)[0], ends[end])
+            test.assertFalse(test.path.exists())
+            test.assertFalse(pathlib.Path("/tmp/tarnix_crash_no identifier.json").exists())
+
+        self.check_each(itertools.product(("child", "program"), ends), check)
 
 
 class Exceptions(Crash):
@@ -170,17 +193,27 @@ class Exceptions(Crash):
         self.check_exception("shop::EmptyBasket", "Unknown", "empty")
         self.check_exception("char const*", "just text", "text")
 
+    def test_of_several_threads_at_once(self):
+        def check(test, *words):
+            test.assertEqual(test.end_with_the_probe(*words)[0], -signal.SIGABRT)
+            report = test.report()
+            test.assertEqual((report["type"], report["name"]), ("NSException", "shop::PaymentRefused"))
+
+        self.check_each((("exceptions",),) * 3, check)
+
+    def test_a_fault_of_the_runtime_on_its_way_out(self):
+        expected = self.end_without_the_probe("speechless")
+        self.assertEqual(expected[0], -signal.SIGSEGV)
+        self.assertEqual(self.end_with_the_probe("speechless"), expected)
+        report = self.report()
+        self.assertEqual((report["name"], report["reason"]), ("shop::Speechless", "Unknown"))
+
     def test_in_other_places(self):
-        for words in (
-            ("exception", "slot"),
-            ("exception", "thread"),
-            ("exception", "qthread"),
-            ("exception", "exit"),
-            ("noexcept",),
-        ):
-            with self.subTest(words):
-                self.setUp()
-                self.check_exception("shop::PaymentRefused", "card expired", *words)
+        def check(test, *words):
+            test.check_exception("shop::PaymentRefused", "card expired", *words)
+
+        places = (("exception", place) for place in ("slot", "thread", "qthread", "exit"))
+        self.check_each((*places, ("noexcept",)), check)
 
 
 class Reports(Crash):

@@ -3,6 +3,7 @@
 // observer is told; then what to do, one after the other:
 //   write=TEXT     writes TEXT and a line feed      part=TEXT   without the line feed
 //   lines=N        writes N numbered lines          threads=N   four threads write N lines each
+//   outputs=N     writes N lines to standard output and to standard error at the same time
 //   own=TEXT       a line of the probe's own        sleep=MS    does nothing for a while
 //   close          closes descriptor 2              redirect=F  puts a file in its place
 //   nonblocking    asks for writes that do not wait
@@ -49,11 +50,17 @@ void writeAll(int descriptor, std::string_view text) {
 
 void observe(std::string_view piece) { writeAll(observed, piece); }
 
-void writeLines(const std::string& prefix, long count) {
+void writeLines(const std::string& prefix, long count, int descriptor = STDERR_FILENO) {
   for (long index = 0; index < count; ++index) {
     const std::string line = prefix + std::to_string(index) + " of a host that writes a log\n";
-    writeAll(STDERR_FILENO, line);
+    writeAll(descriptor, line);
   }
+}
+
+void writeToBothOutputs(long count) {
+  std::thread other([count] { writeLines("output ", count, STDOUT_FILENO); });
+  writeLines("error ", count);
+  other.join();
 }
 
 void writeFromThreads(long count) {
@@ -115,6 +122,8 @@ void perform(const std::string& action, const std::string& value) {
     writeLines("line ", number());
   } else if (action == "threads") {
     writeFromThreads(number());
+  } else if (action == "outputs") {
+    writeToBothOutputs(number());
   } else if (action == "own") {
     platform::writeDescriptor(ownLines, "[TarnixProbe] " + value + "\n");
   } else if (action == "sleep") {

@@ -106,6 +106,22 @@ class Destinations(StreamTest):
         self.assertEqual(lines[0], b"before")
         self.assertEqual(len(lines), 4)
 
+    def test_file_that_standard_output_goes_to_as_well(self):
+        count = 20_000
+        target = self.directory / "target"
+        with open(target, "wb") as stream:
+            command = [str(STREAM_HOST), str(self.observed), f"outputs={count}"]
+            subprocess.run(command, stdout=stream, stderr=stream, check=True, timeout=PATIENCE)
+        expected = [
+            f"{name} {number} of a host that writes a log"
+            for name in ("error", "output")
+            for number in range(count)
+        ]
+        # Each line whole, and those of one stream in their order.
+        self.assertEqual(
+            sorted(target.read_text().splitlines(), key=lambda line: line.split()[0]), expected
+        )
+
     def test_terminal(self):
         ours, theirs = pty.openpty()
         text = b""

@@ -6,6 +6,7 @@ import pathlib
 import sys
 import tempfile
 import threading
+from concurrent.futures import ThreadPoolExecutor
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "loading"))
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "traffic"))
@@ -41,7 +42,8 @@ console.log(Symbol("s"), 10n, function f() {}, -0, NaN);
 console.table([1]); console.group("group"); console.log("in group"); console.groupEnd();
 console.assert(false, "assertion"); console.count(); console.dir({});
 console.log(typeof window.webkit, console.log.name, console.log.length, Error.stackTraceLimit,
-            "prepareStackTrace" in Error, new Error("s").stack.split("\\n").length);
+            "prepareStackTrace" in Error, new Error("s").stack.split("\\n").length,
+            /native code/.test(console.log), Object.getOwnPropertyNames(console.log).join());
 Error.prepareStackTrace = () => { window.asked = true; return "mine"; };
 console.log("with own stacks", window.asked);
 undefinedName.property;
@@ -134,14 +136,14 @@ class Console(unittest.TestCase):
         folder = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
+        self.page = self.folder / "page.html"
+        self.page.write_text(CALLS)
 
     def addresses(self):
         base = f"http://127.0.0.1:{self.server.server_port}"
-        page = self.folder / "page.html"
-        page.write_text(CALLS)
         data = "data:text/html,<script>console.log('data')</script>"
         return [f"{base}/calls", f"{base}/strict", f"{base}/frames", data.replace(" ", "%20"),
-                page.as_uri(), f"{base}/silent"]
+                self.page.as_uri(), f"{base}/silent"]
 
     def trace_of_widgets(self, profile, with_probe):
         """What the application heard, a list a page; and what was captured."""
@@ -223,8 +225,9 @@ class Console(unittest.TestCase):
         self.assertLess(abs(first["timestamp"] - time.time()), 600)
 
     def compare(self, trace, profile):
-        bare, _ = trace(profile, False)
-        probed, entries = trace(profile, True)
+        # At once, since both mostly wait.
+        with ThreadPoolExecutor(2) as pool:
+            (bare, _), (probed, entries) = pool.map(trace, (profile, profile), (False, True))
         self.assert_same(bare, probed)
         self.assert_captured(entries)
 
