@@ -99,6 +99,7 @@ std::variant<std::monostate, ProcessEnd> ChildProcess::attend(int milliseconds) 
                                         : sigtimedwait(&attended_, &signal, &wait);
     if (number > 0 && number != SIGCHLD) {
       passOn(signal);
+      noteJobControl(number);
     }
     if (number < 0 && errno == EAGAIN) {
       return {};
@@ -107,26 +108,48 @@ std::variant<std::monostate, ProcessEnd> ChildProcess::attend(int milliseconds) 
 }
 
 void ChildProcess::passOn(const siginfo_t& signal) const {
-  // What the terminal sends goes to the whole process group, and has reached the child already.
-  const bool fromTerminal = signal.si_code == SI_KERNEL;
-  if (!fromTerminal && signal.si_pid != pid_) {
+  // What the terminal sends goes to the whole process group, and has mostly reached the child.
+  const bool hasReachedChild = signal.si_code == SI_KERNEL && getpgid(pid_) == getpgrp();
+  if (!hasReachedChild && signal.si_pid != pid_) {
     kill(pid_, signal.si_signo);
   }
 }
 
-std::variant<std::monostate, ProcessEnd> ChildProcess::reap() const {
+void ChildProcess::noteJobControl(int signal) {
+  if (signal == SIGTSTP) {
+    isStopAsked_ = true;
+    stopWithChild();
+  } else if (signal == SIGCONT) {
+    isStopAsked_ = false;
+  }
+}
+
+void ChildProcess::stopWithChild() {
+  if (!isStopAsked_ || !isChildStopped_) {
+    return;
+  }
+  isStopAsked_ = false;
+  isChildStopped_ = false;
+  // The shell sees the job stopped only when all of it is. Being continued continues the child.
+  raise(SIGSTOP);
+  kill(pid_, SIGCONT);
+}
+
+std::variant<std::monostate, ProcessEnd> ChildProcess::reap() {
+  constexpr int options = WNOHANG | WUNTRACED | WCONTINUED;
   int status = 0;
-  for (pid_t pid = waitpid(-1, &status, WNOHANG | WUNTRACED); pid > 0;
-       pid = waitpid(-1, &status, WNOHANG | WUNTRACED)) {
+  for (pid_t pid = waitpid(-1, &status, options); pid > 0; pid = waitpid(-1, &status, options)) {
     if (pid != pid_) {
       continue;
     }
-    if (!WIFSTOPPED(status)) {
+    if (WIFEXITED(status) || WIFSIGNALED(status)) {
       return ProcessEnd{status};
     }
-    // The shell sees the job stopped only when all of it is. Being continued continues the child.
-    raise(SIGSTOP);
-    kill(pid_, SIGCONT);
+    isChildStopped_ = WIFSTOPPED(status);
+    // Somebody who stops the child alone, as a debugger does, also continues it alone: were we
+    // stopped as well, nobody would wake us. These two, though, the terminal sends for the job.
+    isStopAsked_ |= isChildStopped_ && (WSTOPSIG(status) == SIGTTIN || WSTOPSIG(status) == SIGTTOU);
+    stopWithChild();
   }
   return {};
 }

@@ -35,8 +35,8 @@ class ChildProcess {
                                           const std::vector<std::string>& environment);
 
   /// Passes signals on for up to `milliseconds`, or without limit when negative, and ends earlier
-  /// when the child does. Where the child is stopped, stops this process, too. Descendants whose
-  /// parents ended become our children and are waited for here.
+  /// when the child does. Where the job as a whole is stopped, stops this process with the child.
+  /// Descendants whose parents ended become our children and are waited for here.
   std::variant<std::monostate, ProcessEnd> attend(int milliseconds);
 
   /// Ends this process the way `end` says: with the same exit code, or by the same signal. Returns
@@ -45,9 +45,15 @@ class ChildProcess {
 
  private:
   void passOn(const siginfo_t& signal) const;
-  std::variant<std::monostate, ProcessEnd> reap() const;
+  /// Remembers whether the job has been asked to stop.
+  void noteJobControl(int signal);
+  /// Once the job has been asked to stop and the child has done so, in whichever order.
+  void stopWithChild();
+  std::variant<std::monostate, ProcessEnd> reap();
 
   pid_t pid_ = 0;
+  bool isStopAsked_ = false;
+  bool isChildStopped_ = false;
   sigset_t originalMask_{};
   sigset_t attended_{};
   struct sigaction originalChildAction_ {};

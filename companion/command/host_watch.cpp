@@ -35,4 +35,9 @@ std::optional<ProbedProcess> HostWatch::look(pid_t ancestor, bool regardless) {
   return std::nullopt;
 }
 
+std::optional<ProbedProcess> HostWatch::findProbed(pid_t ancestor) const {
+  std::vector<ProbedProcess> family = scanner_.inspect(scanner_.familyOf(ancestor));
+  return family.empty() ? std::nullopt : std::optional(std::move(family.front()));
+}
+
 }  // namespace tarnix::companion

@@ -23,6 +23,9 @@ class HostWatch {
   /// must be where another user's marker stands in the way.
   std::optional<ProbedProcess> look(pid_t ancestor, bool regardless);
 
+  /// The first process of the family that has the probe, whether it listens by now or not.
+  std::optional<ProbedProcess> findProbed(pid_t ancestor) const;
+
  private:
   bool markerHasChanged() const;
 

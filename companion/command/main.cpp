@@ -5,6 +5,8 @@
 #include <csignal>
 #include <cstdio>
 #include <functional>
+#include <memory>
+#include <string>
 
 #include "companion/command/command_line.h"
 #include "companion/command/command_options.h"
@@ -23,6 +25,14 @@ namespace {
 constexpr const char* description =
     "Shows what a desktop application with the Tarnix probe in it does.\n"
     "Start one with `tarnix run APP`, then ask it with the other commands.";
+
+/// The words behind the options are not the parser's: they are the application's command line.
+class RunUsage : public CLI::Formatter {
+ public:
+  std::string make_usage(const CLI::App*, std::string name) const override {
+    return "Usage: " + name + " [OPTIONS] [--] APP [ARG...]\n";
+  }
+};
 
 std::string namesOf(const std::vector<const CLI::App*>& commands) {
   std::string names;
@@ -90,9 +100,10 @@ int parseAndRun(int argumentCount, char** arguments) {
   CLI::App* run = app.add_subcommand(
       "run", "Start an application with the probe in it; ends as the application does");
   run->footer(
-      "After the options come the program and its own arguments: tarnix run [OPTIONS] [--] APP "
-      "[ARG...]\n--timeout is how long an application may take to show up before that is said;\n"
+      "After the options come the program, APP, and its own arguments.\n--timeout is how long an "
+      "application may take to show up before that is said;\n"
       "--json prints {\"application\", \"pid\", \"port\"} on standard error when it has.");
+  run->formatter(std::make_shared<RunUsage>());
   addOutputOptions(*run, options);
   const CommandLine line = splitCommandLine({arguments, arguments + argumentCount});
   app.failure_message([&line](const CLI::App* failed, const CLI::Error& error) {

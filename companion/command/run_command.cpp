@@ -79,6 +79,21 @@ ExitCode reportStartFailure(const std::string& program, StartFailure failure,
   }
 }
 
+std::string describeMiss(const std::optional<ProbedProcess>& host, const CommandOptions& options) {
+  if (!host) {
+    return fmt::format(
+        "tarnix: no Qt 6 application has shown up within {:g} seconds; still waiting for the "
+        "program to end",
+        options.timeoutSeconds);
+  }
+  // Its main loop does not run yet: it still starts up, or waits for something itself.
+  return fmt::format(
+      "tarnix: {} (process {}) has the probe, but cannot be reached after {:g} seconds, as its "
+      "main "
+      "loop is busy or not running; still waiting for it",
+      printable(host->application), host->pid, options.timeoutSeconds);
+}
+
 /// Attends to the child until it ends, and tells once where its probe, or that of an application
 /// which it started, listens.
 ProcessEnd attendUntilEnd(ChildProcess& child, HostWatch& watch, const CommandOptions& options) {
@@ -99,10 +114,7 @@ ProcessEnd attendUntilEnd(ChildProcess& child, HostWatch& watch, const CommandOp
     } else if (!isMissed && isOver(deadline)) {
       isMissed = true;
       if (!options.json) {
-        say(
-            fmt::format("tarnix: no Qt 6 application has shown up within {:g} seconds; still "
-                        "waiting for the program to end",
-                        options.timeoutSeconds));
+        say(describeMiss(watch.findProbed(getpid()), options));
       }
     }
   }

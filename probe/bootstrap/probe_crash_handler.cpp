@@ -4,12 +4,12 @@
 #include <optional>
 
 #include "probe/capture/probelog.h"
-#include "probe/capture/utf8.h"
 #include "probe/link/indented_json.h"
 #include "probe/link/json_codec.h"
 #include "probe/model/crash_report.h"
 #include "probe/model/iso8601.h"
 #include "probe/model/probe_state.h"
+#include "probe/model/utf8.h"
 #include "probe/platform/file.h"
 #include "probe/platform/main_thread.h"
 #include "probe/platform/platform.h"

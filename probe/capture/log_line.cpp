@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "probe/capture/utf8.h"
+#include "probe/model/utf8.h"
 #include "probe/platform/characters.h"
 
 namespace tarnix {

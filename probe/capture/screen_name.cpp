@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "probe/capture/utf8.h"
+#include "probe/model/utf8.h"
 #include "probe/platform/characters.h"
 #include "probe/platform/demangle.h"
 #include "probe/platform/text.h"

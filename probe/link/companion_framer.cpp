@@ -34,16 +34,24 @@ std::optional<std::string> CompanionFramer::nextBody() {
     }
     std::string body(unread.substr(headerSize, length));
     consumed_ += headerSize + length;
-    if (consumed_ == input_.size()) {
-      // A large frame's memory goes back rather than staying with an idle connection.
-      input_ = {};
-      consumed_ = 0;
-    }
+    giveBack();
     if (length > 0) {
       return body;
     }
   }
   return std::nullopt;
+}
+
+void CompanionFramer::giveBack() {
+  const std::size_t left = input_.size() - consumed_;
+  if (input_.capacity() > keptRoom && left <= keptRoom) {
+    // An assignment or erasure would leave the string the memory that it has.
+    input_.substr(consumed_).swap(input_);
+    consumed_ = 0;
+  } else if (left == 0) {
+    input_.clear();
+    consumed_ = 0;
+  }
 }
 
 std::optional<std::string> CompanionFramer::headerOf(std::uint64_t bodySize) {

@@ -29,6 +29,10 @@ class CompanionFramer {
   /// arrived, never with what a header announces.
   std::optional<std::string> nextBody();
 
+  /// The memory in bytes that is held for input. A large frame's goes back with its body, rather
+  /// than staying with a connection for as long as that lasts.
+  std::size_t room() const { return input_.capacity(); }
+
   /// The header alone; nothing when a body of that size is larger than a header can say.
   static std::optional<std::string> headerOf(std::uint64_t bodySize);
 
@@ -41,6 +45,11 @@ class CompanionFramer {
   static std::optional<std::string> finishOutput(std::string headerAndBody);
 
  private:
+  /// What ordinary frames go through without memory being asked for.
+  static constexpr std::size_t keptRoom = 65'536;
+
+  void giveBack();
+
   std::string input_;
   std::size_t consumed_ = 0;
 };

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "probe/model/utf8.h"
+
 namespace tarnix {
 namespace {
 
@@ -110,34 +112,6 @@ bool isAuthority(std::string_view authority) {
   return !hasBrackets(user) && !hasBrackets(isAddress ? host.substr(1, host.size() - 2) : host);
 }
 
-/// The length of the UTF-8 sequence at the start of `bytes`; 0 when there is none.
-std::size_t sequenceLength(std::string_view bytes) {
-  const auto byteAt = [bytes](std::size_t index) {
-    return static_cast<unsigned char>(bytes[index]);
-  };
-  const unsigned lead = byteAt(0);
-  if (lead < 0x80) {
-    return 1;
-  }
-  const std::size_t length = lead >= 0xF0 && lead <= 0xF4   ? 4U
-                             : lead >= 0xE0 && lead <= 0xEF ? 3U
-                             : lead >= 0xC2 && lead <= 0xDF ? 2U
-                                                            : 0U;
-  if (length == 0 || bytes.size() < length) {
-    return 0;
-  }
-  for (std::size_t index = 1; index < length; ++index) {
-    if ((byteAt(index) & 0xC0) != 0x80) {
-      return 0;
-    }
-  }
-  const unsigned second = byteAt(1);
-  // Overlong forms, surrogates, and what lies beyond the last code point.
-  const bool isOutside = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
-                         (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
-  return isOutside ? 0 : length;
-}
-
 void appendEscaped(std::string& text, char byte) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   const auto value = static_cast<unsigned char>(byte);
@@ -163,7 +137,7 @@ std::string withoutEscapes(std::string_view text) {
   }
   std::string result;
   for (std::size_t position = 0; position < bytes.size();) {
-    const std::size_t length = sequenceLength(std::string_view(bytes).substr(position));
+    const std::size_t length = utf8::sequenceLength(bytes, position);
     if (length == 0) {
       appendEscaped(result, bytes[position]);
     } else {

@@ -104,6 +104,24 @@ TEST(CompanionFramer, TakesTheLargestAnnouncementWithoutMakingRoomForIt) {
   CompanionFramer framer;
   framer.handleInput(bytes({0xFF, 0xFF, 0xFF, 0xFF}) + "begin");
   EXPECT_EQ(framer.nextBody(), std::nullopt);
+  EXPECT_LT(framer.room(), 1'000U);
+}
+
+TEST(CompanionFramer, GivesTheMemoryOfALargeFrameBack) {
+  constexpr std::size_t large = 10'000'000;
+  constexpr std::size_t small = 100'000;
+  const std::string frame = *CompanionFramer::handleOutput(std::string(large, 'x'));
+  const std::string next = *CompanionFramer::handleOutput("next");
+  // With nothing, a part of a frame, and frames behind it.
+  for (const std::string& behind : {std::string(), next.substr(0, 6), next + next}) {
+    CompanionFramer framer;
+    framer.handleInput(frame + behind);
+    EXPECT_GT(framer.room(), large);
+    EXPECT_EQ(framer.nextBody()->size(), large);
+    EXPECT_LT(framer.room(), small);
+    framer.handleInput(behind.size() == 6 ? next.substr(6) : next);
+    EXPECT_EQ(framer.nextBody(), "next");
+  }
 }
 
 TEST(CompanionFramer, PassesBodiesThroughWhateverTheyHold) {

@@ -1,4 +1,4 @@
-#include "probe/capture/utf8.h"
+#include "probe/model/utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -32,6 +32,16 @@ TEST(Utf8, TellsWellFormedText) {
   for (const auto& [text, expected] : cases) {
     EXPECT_EQ(utf8::isWellFormed(text), expected) << testing::PrintToString(text);
   }
+}
+
+TEST(Utf8, MeasuresTheSequenceAtAPosition) {
+  const std::string text = "a\u00FC\u6F22\U0001F600\xC3";
+  EXPECT_EQ(utf8::sequenceLength(text, 0), 1U);
+  EXPECT_EQ(utf8::sequenceLength(text, 1), 2U);
+  EXPECT_EQ(utf8::sequenceLength(text, 3), 3U);
+  EXPECT_EQ(utf8::sequenceLength(text, 6), 4U);
+  EXPECT_EQ(utf8::sequenceLength(text, 2), 0U);
+  EXPECT_EQ(utf8::sequenceLength(text, 10), 0U);
 }
 
 TEST(Utf8, MakesTextWellFormed) {

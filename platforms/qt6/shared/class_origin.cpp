@@ -75,6 +75,8 @@ bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
+/// The two marks by which the name of the screen tells a framework's own classes: "/System/" is no
+/// folder of this system, but a toolkit that is installed elsewhere is given it as its root.
 bool looksLikeToolkits(std::string_view path) {
   return contains(path, "/usr/lib/") || contains(path, "/System/");
 }

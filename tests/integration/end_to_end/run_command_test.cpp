@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <fstream>
 #include <regex>
 
 #include "tests/companion/program_run.h"
@@ -130,6 +132,16 @@ TEST(RunCommand, SaysOnceThatNoApplicationShowedUpAndGoesOnWaiting) {
             "program to end\n");
 }
 
+TEST(RunCommand, TellsAnApplicationThatStillStartsFromNone) {
+  const auto application = qmlFile("starting.qml", {"1500"});
+  const ProgramResult result =
+      runHeadless(underTarnix(application.commandLine, {"--timeout", "1"}));
+  EXPECT_NE(result.errors.find(") has the probe, but cannot be reached after 1 seconds, as its "
+                               "main loop is busy or not running"),
+            std::string::npos)
+      << result.errors;
+}
+
 /// Counts how often a signal reaches it, and says so when it has rested a while.
 std::string counting(const std::string& name) {
   return "n=0; trap 'n=$((n+1))' " + name +
@@ -161,6 +173,25 @@ TEST(RunCommand, StopsAndGoesOnWithTheProgram) {
   tarnix.signal(SIGCONT);
   EXPECT_EQ(tarnix.waitForEnd(), 0);
   EXPECT_TRUE(waitUntil([&] { return tarnix.output() == "waiting\ndone\n"; })) << tarnix.output();
+}
+
+bool isStopped(pid_t pid) {
+  std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
+  std::string text;
+  std::getline(file, text);
+  return text.find(") T ") != std::string::npos;
+}
+
+TEST(RunCommand, IsNotStoppedWithAProgramThatSomebodyStopsAlone) {
+  HostProcess tarnix(underTarnix({"/bin/sh", "-c", "echo $$; exec sleep 60"}), unprobed());
+  ASSERT_TRUE(waitUntil([&] { return tarnix.output().ends_with('\n'); }));
+  const pid_t program = std::stoi(tarnix.output());
+  kill(program, SIGSTOP);
+  ASSERT_TRUE(waitUntil([&] { return isStopped(program); }));
+  EXPECT_FALSE(waitUntil([&] { return isStopped(tarnix.pid()); }, std::chrono::milliseconds(200)));
+  kill(program, SIGCONT);
+  kill(program, SIGTERM);
+  EXPECT_EQ(tarnix.waitForEnd(), SIGTERM);
 }
 
 /// A terminal of its own, in which a program runs in the foreground.

@@ -14,7 +14,7 @@ import zlib
 
 from traffic_support import *
 
-sys.path.append(str(pathlib.Path(__file__).parents[1] / "screen"))
+sys.path.append(str(pathlib.Path(__file__).parents[1] / "screen_reading"))
 from png_picture import Picture  # noqa: E402
 
 RED, BLUE = (255, 0, 0), (0, 0, 255)

@@ -51,7 +51,7 @@ class LeftOut(unittest.TestCase):
             self.assertTrue([one for one in without if "platforms/qt6/quick" in one])
             tests = run("ctest", "--test-dir", folder, "-N")
             self.assertNotIn("webengine", tests)
-            self.assertIn("screens.names", tests)
+            self.assertIn("screen.names", tests)
 
 
 if __name__ == "__main__":

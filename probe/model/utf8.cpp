@@ -1,4 +1,4 @@
-#include "probe/capture/utf8.h"
+#include "probe/model/utf8.h"
 
 #include <cstdint>
 #include <cstring>
@@ -26,10 +26,13 @@ std::size_t asciiRun(std::string_view text, std::size_t position) {
   return position - begin;
 }
 
-/// The length of the well-formed sequence of more than one byte at `position`; 0 when there is
-/// none.
+}  // namespace
+
 std::size_t sequenceLength(std::string_view text, std::size_t position) {
   const unsigned lead = byteAt(text, position);
+  if (lead < 0x80) {
+    return 1;
+  }
   std::size_t length = 0;
   // What the second byte may be depends on the first: that rules out overlong forms, surrogates and
   // what lies beyond the last character.
@@ -57,8 +60,6 @@ std::size_t sequenceLength(std::string_view text, std::size_t position) {
   }
   return length;
 }
-
-}  // namespace
 
 bool isWellFormed(std::string_view text) {
   std::size_t position = asciiRun(text, 0);

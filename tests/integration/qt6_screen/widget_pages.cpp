@@ -1,4 +1,4 @@
-#include "tests/integration/qt6/widget_pages.h"
+#include "tests/integration/qt6_screen/widget_pages.h"
 
 #include <QAction>
 #include <QCheckBox>

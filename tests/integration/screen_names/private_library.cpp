@@ -1,4 +1,4 @@
-#include "tests/integration/screens/private_library.h"
+#include "tests/integration/screen_names/private_library.h"
 
 #include <QLabel>
 

@@ -2,7 +2,7 @@
 
 #include <QApplication>
 
-#include "tests/integration/qt6/widget_pages.h"
+#include "tests/integration/qt6_screen/widget_pages.h"
 
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);

@@ -8,6 +8,10 @@
 /// U+10FFFF. Any thread.
 namespace tarnix::utf8 {
 
+/// The length in bytes of the well-formed sequence at `position`, which lies inside of `text`; 0
+/// when there is none.
+std::size_t sequenceLength(std::string_view text, std::size_t position);
+
 bool isWellFormed(std::string_view text);
 
 /// `text` with U+FFFD for each byte that is not part of a well-formed sequence.

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/contract/qt6_host_world.h"
-#include "tests/integration/qt6/screen_table.h"
+#include "tests/integration/qt6_screen/screen_table.h"
 
 namespace tarnix::integration {
 namespace {

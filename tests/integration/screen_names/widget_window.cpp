@@ -1,4 +1,4 @@
-#include "tests/integration/screens/widget_window.h"
+#include "tests/integration/screen_names/widget_window.h"
 
 #include <QDialog>
 #include <QLabel>
@@ -14,7 +14,7 @@
 #include <QVariant>
 #include <QWizard>
 
-#include "tests/integration/screens/private_library.h"
+#include "tests/integration/screen_names/private_library.h"
 
 class InboxPage : public QWidget {};
 class MessageScreen : public QWidget {};

@@ -1,4 +1,4 @@
-#include "tests/integration/qt6/screen_table.h"
+#include "tests/integration/qt6_screen/screen_table.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 #include "probe/platform/platform.h"
 #include "tests/contract/qt6_host_world.h"
-#include "tests/integration/qt6/widget_pages.h"
+#include "tests/integration/qt6_screen/widget_pages.h"
 
 namespace tarnix::integration {
 

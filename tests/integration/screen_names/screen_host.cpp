@@ -12,7 +12,7 @@
 #include <memory>
 #include <string>
 
-#include "tests/integration/screens/widget_window.h"
+#include "tests/integration/screen_names/widget_window.h"
 
 namespace {
 

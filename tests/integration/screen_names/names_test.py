@@ -25,7 +25,7 @@ from loading_support import (  # noqa: E402
 
 HOST = BUILD / "bin/tarnix_screen_host"
 TARNIX = BUILD / "bin/tarnix"
-LIBRARY = BUILD / "tests/integration/screens/libtarnix_screen_library.so"
+LIBRARY = BUILD / "tests/integration/screen_names/libtarnix_screen_library.so"
 HERE = pathlib.Path(__file__).resolve().parent
 PICTURES = os.environ.get("TARNIX_SCREEN_PICTURES")
 

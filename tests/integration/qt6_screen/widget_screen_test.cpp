@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/integration/qt6/screen_table.h"
+#include "tests/integration/qt6_screen/screen_table.h"
 
 namespace tarnix::integration {
 namespace {
