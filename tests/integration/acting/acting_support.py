@@ -34,8 +34,10 @@ class Application(support.Process):
             file = pathlib.Path(self.home.name, path)
             file.parent.mkdir(parents=True, exist_ok=True)
             file.write_text(text, encoding="utf-8")
+        # Some applications hand their work to one that runs already, which they meet in the folder
+        # for temporary files.
         super().__init__(command, variables=dict(
-            variables, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
+            variables, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name, TMPDIR=self.home.name,
             QT_LOGGING_RULES="qml.info=true;js.info=true;default.info=true"))
         try:
             self.companion = support.Companion(self.port())

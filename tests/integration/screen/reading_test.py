@@ -33,6 +33,7 @@ class Host:
         self.home = tempfile.mkdtemp(prefix="tarnix-home-")
         environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", LC_ALL="C.UTF-8",
                            HOME=self.home, XDG_RUNTIME_DIR=self.home, XDG_CONFIG_HOME=self.home,
+                           TMPDIR=self.home,
                            QT_QUICK_CONTROLS_STYLE="Basic",
                            DBUS_SESSION_BUS_ADDRESS="disabled:", **variables)
         environment["LD_PRELOAD"] = str(BUILD / "lib" / "libtarnixprobe.so")
