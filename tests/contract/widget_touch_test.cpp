@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QCalendarWidget>
 #include <QDialog>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
@@ -127,6 +129,28 @@ TEST_F(WidgetTouchTest, ADisabledButtonKeepsATouchToItself) {
   show();
   EXPECT_EQ(touched(30, 20), "disabled");
   EXPECT_EQ(tap(30, 20), "- as -");
+}
+
+TEST_F(WidgetTouchTest, OnlyTheDaysOfACalendarReact) {
+  QCalendarWidget calendar(&window_);
+  calendar.setGeometry(0, 0, 400, 300);
+  calendar.setFirstDayOfWeek(Qt::Monday);
+  calendar.setSelectedDate({2024, 1, 15});
+  QObject::connect(&calendar, &QCalendarWidget::clicked,
+                   [this](QDate day) { deeds_ << day.toString(Qt::ISODate); });
+  show();
+  const auto* const view = calendar.findChild<QAbstractItemView*>("qt_calendar_calendarview");
+  ASSERT_NE(view, nullptr);
+  const auto tapCell = [&](int row, int column) {
+    const QPoint center = view->visualRect(view->model()->index(row, column)).center();
+    const QPoint point = view->viewport()->mapTo(&window_, center);
+    return tap(point.x(), point.y());
+  };
+  EXPECT_EQ(tapCell(3, 1), "2024-01-08 as QCalendarView");
+  EXPECT_EQ(tapCell(0, 1), "- as -");
+  EXPECT_EQ(tapCell(3, 0), "- as -");
+  calendar.setHorizontalHeaderFormat(QCalendarWidget::NoHorizontalHeader);
+  EXPECT_EQ(tapCell(2, 1), "2024-01-08 as QCalendarView");
 }
 
 TEST_F(WidgetTouchTest, StopsWhereAWidgetHandsNothingOn) {

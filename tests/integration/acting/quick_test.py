@@ -128,6 +128,8 @@ class QuickTest(unittest.TestCase):
                 ((410, 220), "12x", "Typed 3 characters", []),
                 ((410, 220), "12", "Typed 2 characters", ["number 12"]),
                 ((483, 220), "12", "Typed 2 characters", ["mask 12-"]),
+                # Behind all places of the mask.
+                ((580, 220), "34", "Typed 2 characters", ["mask 12-34"]),
                 ((100, 270), "no", "First responder doesn't accept text input", []),
                 ((320, 280), "a\nb", "Typed 3 characters", ["area text a|b"]),
                 ((480, 270), "aB1", "Typed 3 characters via UIKeyInput",
