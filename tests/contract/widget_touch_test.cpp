@@ -6,6 +6,7 @@
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QGraphicsView>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -265,6 +266,40 @@ TEST_F(WidgetTouchTest, ReachesTheItemsOfAnEmbeddedScene) {
   EXPECT_EQ(tap(175, 140), "cover as cover");
   cover.hide();
   EXPECT_EQ(tap(175, 140), "- as area");
+}
+
+TEST_F(WidgetTouchTest, KeysReachAnEmbeddedSceneOnlyWhileItHasTheFocus) {
+  QQuickWidget scene(&window_);
+  QQmlComponent component(scene.engine());
+  component.setData(
+      "import QtQuick\nFocusScope { focus: true; TextInput { objectName: 'inner'; focus: true } }",
+      QUrl());
+  QObject* const root = component.create();
+  ASSERT_NE(root, nullptr) << component.errorString().toStdString();
+  scene.setContent(QUrl(), &component, root);
+  scene.setGeometry(0, 0, 200, 100);
+  QLineEdit field(&window_);
+  field.setGeometry(0, 200, 200, 30);
+  show();
+  const auto typed = [&](const char* text) {
+    for (const auto& view : viewsBelow(*keyWindowOf(world_.application()))) {
+      if (const auto responder = view->responder(); responder && responder->isFirstResponder()) {
+        platform::TextInput* const input = responder->asTextInput();
+        if (input != nullptr) {
+          input->insertText(text);
+        }
+        break;
+      }
+    }
+    return root->findChild<QObject*>("inner")->property("text").toString().toStdString() + '|' +
+           field.text().toStdString();
+  };
+  scene.setFocus();
+  EXPECT_EQ(typed("in"), "in|");
+  field.setFocus();
+  EXPECT_EQ(typed("out"), "in|out");
+  scene.setFocus();
+  EXPECT_EQ(typed("side"), "inside|out");
 }
 
 TEST_F(WidgetTouchTest, ReachesTheItemsOfAWindowInAContainer) {
