@@ -57,10 +57,7 @@ platform::Point pointOf(std::int64_t x, std::int64_t y) {
 }
 
 /// The middle of what is typed into; absent when nothing has the focus, or the window itself has.
-std::optional<platform::Point> centreOfFocus() {
-  const std::shared_ptr<platform::Window> window = ProbeInputSynthesizer::appWindow();
-  const std::shared_ptr<platform::View> focused =
-      window == nullptr ? nullptr : ProbeInputSynthesizer::findFirstResponder(window);
+std::optional<platform::Point> centreOf(const std::shared_ptr<platform::View>& focused) {
   if (focused == nullptr || focused->superview() == nullptr) {
     return std::nullopt;
   }
@@ -105,11 +102,16 @@ void handleTypeText(const CompanionMessage& message) {
   if (!command) {
     return;
   }
-  ProbeTouchOverlay::showTypeText(centreOfFocus());
-  answer(CompanionMessageType::responseTypeText,
-         [&](const ProbeInputSynthesizer::WillAct& willAct) {
-           return ProbeInputSynthesizer::typeText(command->text, willAct);
-         });
+  // Searched once: a screen has thousands of views.
+  const std::shared_ptr<platform::Window> window = ProbeInputSynthesizer::appWindow();
+  const std::shared_ptr<platform::View> focused =
+      window == nullptr ? nullptr : ProbeInputSynthesizer::findFirstResponder(window);
+  ProbeTouchOverlay::showTypeText(centreOf(focused));
+  answer(
+      CompanionMessageType::responseTypeText, [&](const ProbeInputSynthesizer::WillAct& willAct) {
+        return window == nullptr ? ProbeInputSynthesizer::typeText(command->text, willAct)
+                                 : ProbeInputSynthesizer::typeText(command->text, focused, willAct);
+      });
 }
 
 }  // namespace tarnix::ProbeCommandHandler

@@ -98,8 +98,7 @@ std::shared_ptr<View> findFirstResponder(std::shared_ptr<View> view) {
     if (!candidate || ++visits > ProbeAccessibilityScanner::maximumVisits) {
       continue;
     }
-    const std::shared_ptr<Responder> responder = candidate->responder();
-    if (responder && responder->isFirstResponder()) {
+    if (candidate->isFirstResponder()) {
       return candidate;
     }
     if (path.size() < ProbeAccessibilityScanner::maximumDepth) {
@@ -167,11 +166,12 @@ InputResult swipe(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_
 InputResult typeText(std::string_view text, const WillAct& willAct) {
   platform::assertMainThread();
   const std::shared_ptr<platform::Window> window = appWindow();
-  if (!window) {
-    return failure(noKeyWindow);
-  }
-  const std::shared_ptr<View> view = findFirstResponder(window);
-  const std::shared_ptr<Responder> responder = view ? view->responder() : nullptr;
+  return window ? typeText(text, findFirstResponder(window), willAct) : failure(noKeyWindow);
+}
+
+InputResult typeText(std::string_view text, const std::shared_ptr<View>& focused,
+                     const WillAct& willAct) {
+  const std::shared_ptr<Responder> responder = focused ? focused->responder() : nullptr;
   if (!responder) {
     return failure("No text field is focused");
   }

@@ -27,6 +27,9 @@ InputResult swipe(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_
 
 /// Into whatever has the focus. UTF-8.
 InputResult typeText(std::string_view text, const WillAct& willAct = {});
+/// Into what `findFirstResponder` found in the window to act on; null when it found nothing.
+InputResult typeText(std::string_view text, const std::shared_ptr<platform::View>& focused,
+                     const WillAct& willAct);
 
 /// The window to act on: the key window; null when there is none.
 std::shared_ptr<platform::Window> appWindow();

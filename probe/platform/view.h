@@ -40,6 +40,11 @@ class View : public AccessibilityItem {
   virtual std::shared_ptr<Responder> responder() const { return nullptr; }
   /// The same as its responder says, for telling thousands of views apart without making one each.
   virtual TouchReactions touchReactions() const { return {}; }
+  /// The same as its responder says, likewise.
+  virtual bool isFirstResponder() const {
+    const std::shared_ptr<Responder> own = responder();
+    return own != nullptr && own->isFirstResponder();
+  }
 
   const View* asView() const final { return this; }
 };

@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
+#include <QQuickWindow>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QStackedLayout>
@@ -27,6 +28,7 @@
 #include <string>
 #include <vector>
 
+#include "platforms/qt6/base/window_picture.h"
 #include "platforms/qt6/shared/picture_without_overlay.h"
 #include "tests/contract/qt6_overlay_support.h"
 
@@ -221,6 +223,44 @@ TEST(Qt6OverlayHosts, ShowItOverAMenuThatOpens) {
   menu.close();
   overlay.show(squareAt({150, 100}));
   EXPECT_TRUE(isRed(window->grab().toImage(), {175, 125}));
+}
+
+TEST(Qt6OverlayHosts, ShowItOverASceneInAContainer) {
+  auto window = std::make_unique<QWidget>();
+  window->resize(400, 300);
+  auto* const scene = new QQuickWindow;
+  QWidget::createWindowContainer(scene, window.get())->setGeometry(100, 50, 200, 200);
+  window = shown(std::move(window));
+  ASSERT_TRUE(pumpUntil([&] { return scene->isSceneGraphInitialized(); }));
+  {
+    Overlay overlay;
+    overlay.show(squareAt({150, 100}));
+    EXPECT_TRUE(isRed(scene->grabWindow(), {75, 75}));
+    const std::optional<platform::Picture> picture = qt6::pictureOf(*window->windowHandle(), {});
+    ASSERT_TRUE(picture);
+    const std::uint8_t* const pixel = picture->pixels.get() + 125 * picture->stride + 175 * 4;
+    EXPECT_GT(pixel[0], 200) << "ours is not in it";
+  }
+  EXPECT_FALSE(isRed(scene->grabWindow(), {75, 75}));
+}
+
+TEST(Qt6OverlayHosts, ReadTheSameWhicheverWayTheyAreLaidOut) {
+  QImage pictures[2];
+  for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    auto window = std::make_unique<QWidget>();
+    QApplication::setLayoutDirection(direction);
+    window->resize(200, 100);
+    window = shown(std::move(window));
+    Overlay overlay;
+    overlay.show({{{.shape = platform::TextLine{{{10, 10}, {150, 36}},
+                                                "12 at work!",
+                                                {.size = 20},
+                                                {1, 0, 0, 1},
+                                                platform::TextLine::Alignment::leading}}}});
+    pictures[direction] = window->grab().toImage();
+  }
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+  EXPECT_EQ(pictures[Qt::LeftToRight], pictures[Qt::RightToLeft]);
 }
 
 /// Narrow stripes in black and white.

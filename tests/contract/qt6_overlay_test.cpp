@@ -139,6 +139,7 @@ TEST(Qt6WidgetOverlay, LeavesAWindowThatIsHidden) {
   overlay.show(squareAt({150, 100}));
   EXPECT_TRUE(form->windowHandle()->property(qt6::overlayPaneProperty).isValid());
   form->hide();
+  behind->activateWindow();
   pumpUntil([&] { return behind->isActiveWindow(); });
   overlay.show(squareAt({150, 100}));
   EXPECT_FALSE(form->windowHandle()->property(qt6::overlayPaneProperty).isValid());
@@ -183,6 +184,8 @@ TEST(Qt6QuickOverlay, IsDrawnInFrontAndGoesWithoutATrace) {
   const qsizetype objectsBefore = window->findChildren<QQuickItem*>().size();
   const QRectF extent = root->childrenRect();
   QQuickItem* const under = root->childAt(175, 125);
+  int childChanges = 0;
+  QObject::connect(root, &QQuickItem::childrenChanged, root, [&] { ++childChanges; });
   {
     Overlay overlay;
     overlay.show(squareAt({150, 100}));
@@ -198,9 +201,12 @@ TEST(Qt6QuickOverlay, IsDrawnInFrontAndGoesWithoutATrace) {
     EXPECT_TRUE(isRed(window->grabWindow(), {175, 125}));
     overlay.show(squareAt({10, 10}));
     EXPECT_TRUE(isRed(window->grabWindow(), {35, 35}));
+    letPass(std::chrono::milliseconds(1));
+    EXPECT_EQ(root->childItems().size(), itemsBefore) << "no item stands for it";
   }
   EXPECT_EQ(window->grabWindow(), before);
   EXPECT_EQ(root->childItems().size(), itemsBefore);
+  EXPECT_EQ(childChanges, 0);
 }
 
 TEST(Qt6QuickOverlay, MovesNoFocus) {

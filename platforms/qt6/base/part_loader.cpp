@@ -3,6 +3,7 @@
 #include <link.h>
 
 #include "platforms/qt6/base/part_module.h"
+#include "platforms/qt6/shared/picture_without_overlay.h"
 
 namespace tarnix::qt6 {
 
@@ -72,6 +73,7 @@ bool PartLoader::addScreens(QWindow& window, ScreenChain& chain) {
 }
 
 QImage PartLoader::lastImage(QWindow& window) {
+  const PictureWithoutOverlay withoutOverlay(window);
   for (UserInterfacePart* part : parts_) {
     QImage image = part->lastImage(window);
     if (!image.isNull()) {

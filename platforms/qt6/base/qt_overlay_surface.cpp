@@ -24,6 +24,19 @@ bool touches(const platform::DisplayList& list, const QRectF& area) {
   });
 }
 
+/// Scenes that have a surface of their own in a window of widgets lie over all that is drawn in it.
+void addEmbedded(QList<QWindow*>& windows) {
+  const QList<QWindow*> outer = windows;
+  for (const QWindow* window : outer) {
+    for (QWindow* inner : window->findChildren<QWindow*>()) {
+      if (!inner->isTopLevel() && inner->isVisible() && inner->handle() != nullptr &&
+          !inner->inherits("QWidgetWindow")) {
+        windows.append(inner);
+      }
+    }
+  }
+}
+
 }  // namespace
 
 QtOverlaySurface::~QtOverlaySurface() {
@@ -58,6 +71,7 @@ void QtOverlaySurface::show(const platform::DisplayList& list) {
   const auto shared = std::make_shared<const platform::DisplayList>(list);
   QList<QWindow*> windows = knowsPlaces() ? WindowOrder::windows() : QList<QWindow*>{front_};
   windows += WindowOrder::popups();
+  addEmbedded(windows);
   removePanes([&windows](QWindow* window) { return !windows.contains(window); });
   for (QWindow* window : std::as_const(windows)) {
     const QPointF origin = origin_ - globalOrigin(*window);

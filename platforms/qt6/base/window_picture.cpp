@@ -8,19 +8,13 @@
 #include <utility>
 
 #include "platforms/qt6/base/part_loader.h"
-#include "platforms/qt6/shared/picture_without_overlay.h"
 
 namespace tarnix::qt6 {
 
 namespace {
 
-QImage imageOf(QWindow& window) {
-  const PictureWithoutOverlay withoutOverlay(window);
-  return PartLoader::shared().lastImage(window);
-}
-
 void paintPopup(QPainter& painter, QWindow& popup, QPoint topLeft) {
-  const QImage image = imageOf(popup);
+  const QImage image = PartLoader::shared().lastImage(popup);
   if (image.isNull()) {
     return;
   }
@@ -38,7 +32,7 @@ void paintPopup(QPainter& painter, QWindow& popup, QPoint topLeft) {
 }  // namespace
 
 std::optional<platform::Picture> pictureOf(QWindow& window, const QList<QWindow*>& popups) {
-  auto image = std::make_shared<QImage>(imageOf(window));
+  auto image = std::make_shared<QImage>(PartLoader::shared().lastImage(window));
   if (image->isNull()) {
     return std::nullopt;
   }

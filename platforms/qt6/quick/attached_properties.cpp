@@ -65,6 +65,9 @@ AttachedType typeOf(const QMetaObject& metaObject) {
 AttachedProperties::AttachedProperties(const QQuickItem& item) {
   // Attached objects are children of what they are attached to.
   for (const QObject* child : item.children()) {
+    if (child->isQuickItemType()) {
+      continue;
+    }
     switch (typeOf(*child->metaObject())) {
       case AttachedType::other:
         break;

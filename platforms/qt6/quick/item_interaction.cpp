@@ -35,7 +35,8 @@ const CompanionClass& companionClassOf(const QObject& object) {
 }
 
 bool isEnabledHandler(const QObject* child) {
-  return companionClassOf(*child).isPointerHandler && child->property("enabled").toBool();
+  return !child->isQuickItemType() && companionClassOf(*child).isPointerHandler &&
+         child->property("enabled").toBool();
 }
 
 bool hasPointerHandler(const QQuickItem& item) {
@@ -47,6 +48,9 @@ bool hasPointerHandler(const QQuickItem& item) {
 /// what they make.
 ViewKind kindOfPlain(const QQuickItem& item) {
   for (const QObject* child : item.children()) {
+    if (child->isQuickItemType()) {
+      continue;
+    }
     const CompanionClass& companion = companionClassOf(*child);
     if (companion.isAttachedByList) {
       return ViewKind::tableCell;

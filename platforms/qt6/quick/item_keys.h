@@ -10,6 +10,9 @@ namespace tarnix::qt6 {
 /// desktop; null when none has it.
 QQuickItem* focusedItem(const QQuickWindow& window);
 
+/// Whether `item` is the one that has it.
+bool hasKeyFocus(const QQuickItem& item);
+
 /// Whether a key that is pressed while `item` has the focus is taken by it or an item around it.
 bool takesKeys(const QQuickItem& item);
 

@@ -1,6 +1,5 @@
 #include "platforms/qt6/quick/item_responder.h"
 
-#include <QGuiApplication>
 #include <QQuickRenderControl>
 #include <QQuickWindow>
 
@@ -32,19 +31,6 @@ struct ShownWindow {
   QWindow* window = nullptr;
   QPoint offset;
 };
-
-/// Whether keys that go to the window around `scene` reach it. One inside another window keeps the
-/// item that had the focus while the focus is elsewhere.
-bool isReachedByKeys(QQuickWindow& scene) {
-  const QWindow* const shown = QQuickRenderControl::renderWindowFor(&scene);
-  if (shown != nullptr && shown != &scene) {
-    const QObject* const focus = shown->focusObject();
-    const auto* const item = qobject_cast<const QQuickItem*>(focus);
-    return focus == &scene || (item != nullptr && item->window() == &scene);
-  }
-  const QWindow* const focused = QGuiApplication::focusWindow();
-  return scene.parent() == nullptr || focused == nullptr || focused == &scene;
-}
 
 class TapRecognizer : public platform::GestureRecognizer {
  public:
@@ -84,10 +70,7 @@ bool ItemResponder::isUserInteractionEnabled() const {
   return shown.window != nullptr && item_->isEnabled() && !isBlockedByModal(*shown.window);
 }
 
-bool ItemResponder::isFirstResponder() const {
-  return item_ != nullptr && item_->window() != nullptr && focusedItem(*item_->window()) == item_ &&
-         isReachedByKeys(*item_->window());
-}
+bool ItemResponder::isFirstResponder() const { return item_ != nullptr && hasKeyFocus(*item_); }
 
 std::vector<std::shared_ptr<platform::GestureRecognizer>> ItemResponder::gestureRecognizers() {
   if (effect() != Press::Effect::tapHandler) {

@@ -79,14 +79,18 @@ void removeUnusedItems(const QQuickItem& item, const ItemClass& itemClass, const
   if (parent == nullptr || item.parentItem() == nullptr) {
     return;
   }
+  const bool isTable = parent->kind == ItemKind::tableView || parent->kind == ItemKind::headerView;
+  if (!isTable && parent->kind != ItemKind::itemView) {
+    return;
+  }
   // The rows are children of the item that a view scrolls.
   QQuickItem& view = *item.parentItem();
   if (parent->contentItem.object(view) != &item) {
     return;
   }
-  if (parent->kind == ItemKind::tableView || parent->kind == ItemKind::headerView) {
+  if (isTable) {
     removePooledCells(view, children);
-  } else if (parent->kind == ItemKind::itemView && parent->reuseItems.boolean(view)) {
+  } else if (parent->reuseItems.boolean(view)) {
     removePooledRows(view, children);
   }
 }

@@ -3,13 +3,13 @@
 #include <QQuickItem>
 #include <algorithm>
 
-#include "platforms/qt6/quick/overlay_item.h"
+#include "platforms/qt6/quick/root_seeker.h"
 
 namespace tarnix::qt6 {
 
 QList<QQuickItem*> inPaintOrder(const QQuickItem& item) {
   QList<QQuickItem*> children = item.childItems();
-  OverlayItem::removeFrom(children);
+  RootSeeker::removeFrom(children);
   const auto isBehind = [](const QQuickItem* left, const QQuickItem* right) {
     return left->z() < right->z();
   };

@@ -1,6 +1,7 @@
 #include "platforms/qt6/quick/scene.h"
 
 #include <QQuickItem>
+#include <utility>
 
 #include "platforms/qt6/quick/live_items.h"
 #include "platforms/qt6/quick/paint_order.h"
@@ -59,8 +60,10 @@ void Scene::expand(SceneItemView& view, int depth) {
   if (item == nullptr || view.isExpanded() || depth > deepest) {
     return;
   }
-  QList<QQuickItem*> items = inPaintOrder(*item);
-  removeUnusedItems(*item, view.itemClass(), view.place().parent, items);
+  QList<QQuickItem*> inUse = inPaintOrder(*item);
+  removeUnusedItems(*item, view.itemClass(), view.place().parent, inUse);
+  // Constant, as the list is the item's own as long as nobody may change it.
+  const QList<QQuickItem*> items = std::move(inUse);
   std::vector<SceneItemView*> children;
   children.reserve(static_cast<std::size_t>(items.size()));
   const SceneItemView::Place inside = items.isEmpty() ? view.place() : placeInside(view, *item);

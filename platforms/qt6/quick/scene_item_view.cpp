@@ -17,7 +17,9 @@ SceneItemView::SceneItemView(Scene& scene, QQuickItem& item, const ItemClass& it
       class_(itemClass),
       place_(place),
       description_(describe(item, itemClass, place.parent, *place.surroundings, place.spoken)),
-      depth_(depth) {}
+      opacity_(item.opacity()),
+      depth_(depth),
+      isVisible_(item.isVisible()) {}
 
 void SceneItemView::setChildren(std::vector<SceneItemView*> children) {
   children_ = std::move(children);
@@ -99,7 +101,7 @@ std::optional<std::string> SceneItemView::accessibilityValue() const {
 }
 
 std::vector<std::shared_ptr<platform::View>> SceneItemView::subviews() const {
-  if (item_ == nullptr) {
+  if ((isExpanded_ && children_.empty()) || item_ == nullptr) {
     return {};
   }
   if (!isExpanded_) {

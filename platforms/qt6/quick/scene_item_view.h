@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platforms/qt6/quick/item_description.h"
+#include "platforms/qt6/quick/item_keys.h"
 #include "probe/platform/view.h"
 
 namespace tarnix::qt6 {
@@ -28,21 +29,23 @@ class SceneItemView : public platform::View {
                 int depth);
 
   std::string className() const override { return class_.name; }
-  bool isHidden() const override { return item_ == nullptr || !item_->isVisible(); }
-  double alpha() const override { return item_ == nullptr ? 0 : item_->opacity(); }
+  bool isHidden() const override { return !isVisible_; }
+  double alpha() const override { return opacity_; }
   std::vector<std::shared_ptr<View>> subviews() const override;
   std::shared_ptr<View> superview() const override;
   platform::ViewKind kind() const override;
   std::optional<std::string> accessibilityIdentifier() const override;
   platform::Rect wholeFrame() const override;
   platform::TouchReactions touchReactions() const override;
+  bool isFirstResponder() const override { return item_ != nullptr && hasKeyFocus(*item_); }
   std::shared_ptr<platform::Responder> responder() const override;
-  bool isTextField() const override { return item_ != nullptr && description_.isTextField; }
+  bool isTextField() const override { return description_.isTextField && item_ != nullptr; }
   bool isAccessibilityElement() const override {
-    return item_ != nullptr && description_.isElement && !elementArea().isEmpty();
+    return description_.isElement && item_ != nullptr && !elementArea().isEmpty();
   }
   std::string accessibilityLabel() const override {
-    return item_ == nullptr ? std::string() : description_.label.toStdString();
+    return description_.label.isEmpty() || item_ == nullptr ? std::string()
+                                                            : description_.label.toStdString();
   }
   platform::Rect accessibilityFrame() const override;
   platform::AccessibilityTraits accessibilityTraits() const override { return description_.traits; }
@@ -84,8 +87,10 @@ class SceneItemView : public platform::View {
   SceneItemView* parent_ = nullptr;
   // Found when it is first asked for: what hides the item is known once the scene is complete.
   mutable std::optional<QRectF> elementArea_;
+  double opacity_;
   int depth_;
   int paintOrder_ = 0;
+  bool isVisible_;
   bool isExpanded_ = false;
 };
 

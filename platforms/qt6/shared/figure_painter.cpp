@@ -96,15 +96,18 @@ class ShapePainter {
     }
     painter_.setFont(font);
     painter_.setPen(toColor(line.color));
+    // As the text itself reads, whichever way the host is laid out.
+    painter_.setLayoutDirection(Qt::LayoutDirectionAuto);
     const bool isCentered = line.alignment == platform::TextLine::Alignment::centered;
     // Widths are not whole numbers: what was made to fit is not to be cut.
     const QString text = QFontMetricsF(font).elidedText(
         QString::fromUtf8(line.text.data(), static_cast<qsizetype>(line.text.size())),
         Qt::ElideRight, frame.width() + 0.5);
-    painter_.drawText(frame,
-                      static_cast<int>(Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip |
-                                       (isCentered ? Qt::AlignHCenter : Qt::AlignLeft)),
-                      text);
+    painter_.drawText(
+        frame,
+        static_cast<int>(Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip |
+                         (isCentered ? Qt::AlignHCenter : Qt::AlignLeft | Qt::AlignAbsolute)),
+        text);
   }
 
   void operator()(const platform::Stroke& stroke) const {

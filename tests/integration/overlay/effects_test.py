@@ -15,7 +15,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "loading"))
 
 from loading_support import BUILD, PATIENCE, Process, environment, wait_until  # noqa: E402
-from screen import Picture, Screen  # noqa: E402
+from screen import Picture, SideBySide, each  # noqa: E402
 
 HOST = BUILD / "bin/tarnix_effects_host"
 PICTURES = pathlib.Path(__file__).resolve().parent / "pictures"
@@ -83,20 +83,12 @@ class Host:
         self._process.__exit__()
 
 
-class EffectsTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.screen = Screen()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.screen.__exit__()
-
-    def picture_like(self, path, window):
+class EffectsTest(SideBySide):
+    def picture_like(self, path, window, screen):
         """The window once it looks like the picture; as it came to rest when it never does."""
         deadline = time.monotonic() + PATIENCE
         while True:
-            seen = self.screen.wait_for_rest(window)
+            seen = screen.wait_for_rest(window)
             # A busy machine may rest between two frames, before it draws the one that was asked for.
             if (
                 os.environ.get("TARNIX_UPDATE_PICTURES")
@@ -105,112 +97,112 @@ class EffectsTest(unittest.TestCase):
             ):
                 return seen
 
-    def test_each_effect_looks_as_it_did_when_somebody_looked(self):
-        for kind in KINDS:
-            for effect, moments in MOMENTS.items():
-                with Host(self.screen, kind) as host:
-                    before = self.screen.wait_for_rest(host.window)
-                    host.ask("show " + effect)
-                    host.ask("frame 0")
-                    for number, moment in enumerate(moments, 1):
-                        host.ask(f"frame {moment}")
-                        path = PICTURES / f"{kind}_{effect}_{number}.png"
-                        seen = self.picture_like(path, host.window)
-                        if os.environ.get("TARNIX_UPDATE_PICTURES"):
-                            seen.write(path)
-                        with self.subTest(path.name):
-                            self.assertGreater(
-                                seen.difference(before, COLOUR_TOLERANCE), PIXEL_TOLERANCE
-                            )
-                            self.assertLess(
-                                seen.difference(Picture.read(str(path)), COLOUR_TOLERANCE),
-                                PIXEL_TOLERANCE,
-                            )
+    @each(*((kind, effect) for kind in KINDS for effect in MOMENTS))
+    def test_each_effect_looks_as_it_did_when_somebody_looked(self, case, screen):
+        kind, effect = case
+        with Host(screen, kind) as host:
+            before = screen.wait_for_rest(host.window)
+            host.ask("show " + effect)
+            host.ask("frame 0")
+            for number, moment in enumerate(MOMENTS[effect], 1):
+                host.ask(f"frame {moment}")
+                path = PICTURES / f"{kind}_{effect}_{number}.png"
+                seen = self.picture_like(path, host.window, screen)
+                if os.environ.get("TARNIX_UPDATE_PICTURES"):
+                    seen.write(path)
+                self.assertGreater(
+                    seen.difference(before, COLOUR_TOLERANCE), PIXEL_TOLERANCE, path.name
+                )
+                self.assertLess(
+                    seen.difference(Picture.read(str(path)), COLOUR_TOLERANCE),
+                    PIXEL_TOLERANCE,
+                    path.name,
+                )
 
-    def test_the_application_does_not_notice(self):
-        for kind in KINDS:
-            with self.subTest(kind), Host(self.screen, kind) as host:
-                before = host.ask("state")
-                self.assertIn("focus=1", before)
-                self.assertIn("hit=1", before)
-                base = 0
+    @each(*KINDS)
+    def test_the_application_does_not_notice(self, kind, screen):
+        with Host(screen, kind) as host:
+            before = host.ask("state")
+            self.assertIn("focus=1", before)
+            self.assertIn("hit=1", before)
+            base = 0
+            for effect in MOMENTS:
+                host.ask("show " + effect)
+                host.ask(f"frame {base}")
+                host.ask(f"frame {base + 0.1}")
+                self.assertEqual(host.ask("state"), before, effect)
+                base += 5
+
+    @each(*KINDS)
+    def test_a_tap_through_a_running_effect_lands(self, kind, screen):
+        with Host(screen, kind) as host:
+            host.ask("show tap")
+            host.ask("show capture")
+            host.ask("frame 0")
+            host.ask("frame 0.08")
+            # The middle of the ring, and the orb.
+            for clicks, (x, y) in enumerate(((200, 150), (200, 260)), 1):
+                screen.click(x, y)
+                self.assertTrue(wait_until(lambda: host.ask("click") == str(clicks)))
+
+    @each(*KINDS)
+    def test_the_orb_follows_the_size_of_the_window(self, kind, screen):
+        with Host(screen, kind) as host:
+            host.ask("show environment")
+            host.ask("frame 0")
+            host.ask("frame 0.3")
+            host.ask("size 500 400")
+            host.ask("frame 0.4")
+            seen = screen.wait_for_rest(host.window)
+            self.assertEqual((seen.width, seen.height), (500, 400))
+            # Its dark ground, right of the text; beside it none.
+            self.assertLess(max(seen.at(300, 370)), 120)
+            self.assertGreater(min(seen.at(172, 370)), 150)
+
+    @each(*KINDS)
+    def test_nothing_is_done_at_rest(self, kind, screen):
+        with Host(screen, kind) as host:
+            idle = "drawn=0 frames=0 over=nothing"
+            screen.wait_for_rest(host.window)
+            self.assertEqual(host.ask("rest 500"), idle)
+            for effect in MOMENTS:
+                host.ask("show " + effect)
+            host.ask("frame 0")
+            host.ask("frame 0.3")
+            self.assertRegex(host.ask("rest 10"), "frames=1 over=something")
+            host.ask("frame 2")
+            # The orb goes three seconds after the last of them.
+            time.sleep(3.5)
+            for step in range(3, 6):
+                host.ask(f"frame {step}")
+            self.assertEqual(host.ask("rest 500"), idle)
+
+    @each(*KINDS)
+    def test_a_thousand_effects_leave_nothing(self, kind, screen):
+        with Host(screen, kind) as host:
+            before = host.ask("state")
+            picture = screen.wait_for_rest(host.window)
+            memory = 0
+            for round_number in range(125):
                 for effect in MOMENTS:
-                    host.ask("show " + effect)
-                    host.ask(f"frame {base}")
-                    host.ask(f"frame {base + 0.1}")
-                    self.assertEqual(host.ask("state"), before, effect)
-                    base += 5
+                    if effect != "environment":
+                        host.ask("show " + effect)
+                host.ask(f"frame {round_number * 2}")
+                if round_number == 25:
+                    memory = host.resident_memory()
+            for step in range(1, 4):
+                host.ask(f"frame {248 + step}")
 
-    def test_a_tap_through_a_running_effect_lands(self):
-        for kind in KINDS:
-            with self.subTest(kind), Host(self.screen, kind) as host:
-                host.ask("show tap")
-                host.ask("show capture")
-                host.ask("frame 0")
-                host.ask("frame 0.08")
-                # The middle of the ring, and the orb.
-                for clicks, (x, y) in enumerate(((200, 150), (200, 260)), 1):
-                    self.screen.click(x, y)
-                    self.assertTrue(wait_until(lambda: host.ask("click") == str(clicks)))
+            # The orb goes three seconds after the last of them.
+            def has_gone():
+                has_gone.time += 1
+                host.ask(f"frame {has_gone.time}")
+                return screen.picture(host.window).difference(picture, 8) == 0
 
-    def test_the_orb_follows_the_size_of_the_window(self):
-        for kind in KINDS:
-            with self.subTest(kind), Host(self.screen, kind) as host:
-                host.ask("show environment")
-                host.ask("frame 0")
-                host.ask("frame 0.3")
-                host.ask("size 500 400")
-                host.ask("frame 0.4")
-                seen = self.screen.wait_for_rest(host.window)
-                self.assertEqual((seen.width, seen.height), (500, 400))
-                # Its dark ground, right of the text; beside it none.
-                self.assertLess(max(seen.at(300, 370)), 120)
-                self.assertGreater(min(seen.at(172, 370)), 150)
-
-    def test_nothing_is_done_at_rest(self):
-        for kind in KINDS:
-            with self.subTest(kind), Host(self.screen, kind) as host:
-                idle = "drawn=0 frames=0 over=nothing"
-                self.screen.wait_for_rest(host.window)
-                self.assertEqual(host.ask("rest 500"), idle)
-                for effect in MOMENTS:
-                    host.ask("show " + effect)
-                host.ask("frame 0")
-                host.ask("frame 0.3")
-                self.assertRegex(host.ask("rest 10"), "frames=1 over=something")
-                host.ask("frame 2")
-                # The orb goes three seconds after the last of them.
-                time.sleep(3.5)
-                for step in range(3, 6):
-                    host.ask(f"frame {step}")
-                self.assertEqual(host.ask("rest 500"), idle)
-
-    def test_a_thousand_effects_leave_nothing(self):
-        for kind in KINDS:
-            with self.subTest(kind), Host(self.screen, kind) as host:
-                before = host.ask("state")
-                picture = self.screen.wait_for_rest(host.window)
-                memory = 0
-                for round_number in range(125):
-                    for effect in MOMENTS:
-                        if effect != "environment":
-                            host.ask("show " + effect)
-                    host.ask(f"frame {round_number * 2}")
-                    if round_number == 25:
-                        memory = host.resident_memory()
-                for step in range(1, 4):
-                    host.ask(f"frame {248 + step}")
-
-                # The orb goes three seconds after the last of them.
-                def has_gone():
-                    has_gone.time += 1
-                    host.ask(f"frame {has_gone.time}")
-                    return self.screen.picture(host.window).difference(picture, 8) == 0
-
-                has_gone.time = 260
-                self.assertTrue(wait_until(has_gone))
-                self.assertEqual(host.ask("state"), before)
-                self.assertLess(host.resident_memory() - memory, 4 * 1024 * 1024)
+            has_gone.time = 260
+            self.assertTrue(wait_until(has_gone))
+            self.assertEqual(host.ask("state"), before)
+            self.assertLess(host.resident_memory() - memory, 4 * 1024 * 1024)
 
 
 if __name__ == "__main__":

@@ -14,7 +14,7 @@ sys.path.insert(0, str(FOLDER.parent / "acting"))
 sys.path.insert(0, str(FOLDER.parent / "loading"))
 
 from acting_support import FOLDER as ACTING, QML, Application, support  # noqa: E402
-from screen import Picture, Screen  # noqa: E402
+from screen import Picture, SideBySide, each  # noqa: E402
 
 WIDGETS = [support.BUILD / "bin/tarnix_acting_host"]
 QUICK = [QML, ACTING / "controls.qml"]
@@ -86,24 +86,21 @@ class Guest(Application):
         support.wait_for(lambda: self.did().count("save clicked") == count, f"click {count}")
 
 
-class GuestTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.screen = Screen(1400, 1500)
+SIZE = {"width": 1400, "height": 1500}
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.screen.__exit__()
 
-    def check_readings(self, kind, **variables):
-        with Guest(self.screen, kind, **variables) as guest:
+class GuestTest(SideBySide):
+    @each(*((kind, factor) for kind in KINDS for factor in (1, 2)), **SIZE)
+    def test_what_is_read_has_no_effects_in_it(self, case, screen):
+        kind, factor = case
+        with Guest(screen, kind, QT_SCALE_FACTOR=str(factor)) as guest:
             guest.find("Save")
             # What the question showed has gone.
             time.sleep(ORB_STAYS + 1)
-            plain = self.screen.wait_for_rest()
+            plain = screen.wait_for_rest()
             before = guest.readings()
             picture = guest.picture()
-            self.assertGreater(picture.width, 600 * int(variables.get("QT_SCALE_FACTOR", 1)))
+            self.assertGreater(picture.width, 600 * factor)
             for _ in range(5):
                 guest.show_all()
                 time.sleep(0.15)
@@ -111,43 +108,30 @@ class GuestTest(unittest.TestCase):
                 for name, reading in before.items():
                     self.assertEqual(during[name], reading, name)
                 taken = guest.picture()
-                seen = self.screen.picture()
+                seen = screen.picture()
                 self.assertTrue(is_same(taken, picture))
             self.assertFalse(is_same(seen, plain), "effects can be seen")
-            support.wait_for(lambda: is_same(self.screen.picture(), plain),
-                             "the picture of before")
+            support.wait_for(lambda: is_same(screen.picture(), plain), "the picture of before")
 
-    def test_what_is_read_has_no_effects_in_it(self):
-        for kind in KINDS:
-            with self.subTest(kind):
-                self.check_readings(kind)
+    @each(*((kind, factor) for kind in KINDS for factor in (1, 2)), **SIZE)
+    def test_taps_land_through_effects(self, case, screen):
+        kind, factor = case
+        with Guest(screen, kind, QT_SCALE_FACTOR=str(factor)) as guest:
+            guest.find("Save")
+            x, y = PLACES[kind]["save"]
+            # The second one goes through the ring of the first.
+            for count in (1, 2):
+                guest.show_all()
+                self.assertTrue(guest.tap(x, y)["success"])
+                guest.wait_for_clicks(count)
+            # A person's own, at the same place.
+            guest.show_all()
+            screen.click(x * factor, y * factor)
+            guest.wait_for_clicks(3)
 
-    def test_what_is_read_has_no_effects_in_it_at_twice_the_scale(self):
-        for kind in KINDS:
-            with self.subTest(kind):
-                self.check_readings(kind, QT_SCALE_FACTOR="2")
-
-    def test_taps_land_through_effects(self):
-        for kind in KINDS:
-            for factor in (1, 2):
-                with (
-                    self.subTest(kind, factor=factor),
-                    Guest(self.screen, kind, QT_SCALE_FACTOR=str(factor)) as guest,
-                ):
-                    guest.find("Save")
-                    x, y = PLACES[kind]["save"]
-                    # The second one goes through the ring of the first.
-                    for count in (1, 2):
-                        guest.show_all()
-                        self.assertTrue(guest.tap(x, y)["success"])
-                        guest.wait_for_clicks(count)
-                    # A person's own, at the same place.
-                    guest.show_all()
-                    self.screen.click(x * factor, y * factor)
-                    guest.wait_for_clicks(3)
-
-    def test_typing_goes_on_where_it_was(self):
-        with Guest(self.screen, "widgets") as guest:
+    @each("widgets", **SIZE)
+    def test_typing_goes_on_where_it_was(self, kind, screen):
+        with Guest(screen, kind) as guest:
             guest.find("Save")
             guest.tap(100, 195)
             guest.show_all()
@@ -156,79 +140,65 @@ class GuestTest(unittest.TestCase):
             self.assertTrue(guest.type("b")["success"])
             support.wait_for(lambda: "plain ab" in guest.did(), "both letters")
 
-    def test_a_dialog_that_opens_meanwhile_is_drawn_over_and_works(self):
-        for kind in KINDS:
-            with self.subTest(kind), Guest(self.screen, kind) as guest:
-                guest.find("Save")
-                guest.show_all()
-                guest.tap(*PLACES[kind]["dialog"])
-                label = "Done" if kind == "widgets" else "Inside"
-                place = guest.find(label)
-                time.sleep(ORB_STAYS + 1)
-                plain = self.screen.wait_for_rest()
-                self.wait_for_badge(guest, plain)
-                guest.tap(*place)
-                deed = "modal accepted" if kind == "widgets" else "inside clicked"
-                support.wait_for(lambda: deed in guest.did(), deed)
+    @each(*KINDS, **SIZE)
+    def test_a_dialog_that_opens_meanwhile_is_drawn_over_and_works(self, kind, screen):
+        with Guest(screen, kind) as guest:
+            guest.find("Save")
+            guest.show_all()
+            guest.tap(*PLACES[kind]["dialog"])
+            label = "Done" if kind == "widgets" else "Inside"
+            place = guest.find(label)
+            time.sleep(ORB_STAYS + 1)
+            plain = screen.wait_for_rest()
+            self.wait_for_badge(guest, plain, screen)
+            guest.tap(*place)
+            deed = "modal accepted" if kind == "widgets" else "inside clicked"
+            support.wait_for(lambda: deed in guest.did(), deed)
 
-    def wait_for_badge(self, guest, plain):
+    def wait_for_badge(self, guest, plain, screen):
         """Until the badge of what has passed is seen, whose green nothing else has."""
         def count():
             # It is there for a second alone, and a busy machine looks less often than that.
             guest.show("verify", passed=True)
             guest.companion.barrier()
             time.sleep(0.3)
-            pixels = self.screen.picture().pixels
-            before = plain.pixels
             return sum(
-                1 for start in range(0, len(pixels), 3)
-                if pixels[start : start + 3] != before[start : start + 3]
-                and pixels[start + 1] > 180 and pixels[start] < 100 and pixels[start + 2] < 130
+                1 for now, _ in screen.picture().differing_pixels(plain)
+                if now[1] > 180 and now[0] < 100 and now[2] < 130
             )
 
         support.wait_for(lambda: count() > 500, "the badge")
 
-    def test_a_window_that_closes_in_the_middle_ends_as_it_would(self):
-        for kind in KINDS:
-            with self.subTest(kind), Guest(self.screen, kind) as guest:
-                guest.find("Save")
-                for _ in range(3):
-                    guest.show_all()
-                # No answer need come of an application that ends with the tap.
-                x, y = PLACES[kind]["close"]
-                guest.companion.send("command.tap", {"x": x, "y": y})
-                self.assertEqual(guest.process.wait(support.TIME_LIMIT), 0)
-
-    def test_a_thousand_effects_leave_nothing(self):
-        for kind in KINDS:
-            with self.subTest(kind), Guest(self.screen, kind) as guest:
-                guest.find("Save")
-                time.sleep(ORB_STAYS + 1)
-                plain = self.screen.wait_for_rest()
-                memory = 0
-                for number in range(200):
-                    guest.show_all()
-                    time.sleep(0.02)
-                    if number == 50:
-                        guest.companion.barrier()
-                        memory = guest.resident_memory()
-                guest.companion.barrier()
-                support.wait_for(lambda: is_same(self.screen.picture(), plain),
-                                 "the picture of before")
-                self.assertLess(guest.resident_memory() - memory, 6 * 1024 * 1024)
-
-    def test_at_rest_it_costs_what_it_did_before(self):
-        for kind in KINDS:
-            with self.subTest(kind), Guest(self.screen, kind) as guest:
-                guest.find("Save")
-                time.sleep(ORB_STAYS + 1)
-                self.screen.wait_for_rest()
-                before = wake_ups(guest.pid)
+    @each(*KINDS, **SIZE)
+    def test_a_window_that_closes_in_the_middle_ends_as_it_would(self, kind, screen):
+        with Guest(screen, kind) as guest:
+            guest.find("Save")
+            for _ in range(3):
                 guest.show_all()
-                time.sleep(ORB_STAYS + 2)
-                after = wake_ups(guest.pid)
-                # Sixty frames in each of these seconds would be 180.
-                self.assertLess(after, before + 30, f"{before} before")
+            # No answer need come of an application that ends with the tap.
+            x, y = PLACES[kind]["close"]
+            guest.companion.send("command.tap", {"x": x, "y": y})
+            self.assertEqual(guest.process.wait(support.TIME_LIMIT), 0)
+
+    @each(*KINDS, **SIZE)
+    def test_a_thousand_effects_leave_nothing_and_rest_costs_what_it_did(self, kind, screen):
+        with Guest(screen, kind) as guest:
+            guest.find("Save")
+            time.sleep(ORB_STAYS + 1)
+            plain = screen.wait_for_rest()
+            wake_ups_before = wake_ups(guest.pid)
+            memory = 0
+            for number in range(200):
+                guest.show_all()
+                time.sleep(0.02)
+                if number == 50:
+                    guest.companion.barrier()
+                    memory = guest.resident_memory()
+            guest.companion.barrier()
+            support.wait_for(lambda: is_same(screen.picture(), plain), "the picture of before")
+            self.assertLess(guest.resident_memory() - memory, 6 * 1024 * 1024)
+            # Sixty frames in each of these seconds would be 180.
+            self.assertLess(wake_ups(guest.pid), wake_ups_before + 30)
 
 
 def is_same(picture, other):

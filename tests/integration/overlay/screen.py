@@ -1,7 +1,10 @@
 """An X server of a test's own, and the pictures of it that a person would see."""
 
+import concurrent.futures
+import functools
 import os
 import subprocess
+import unittest
 
 from loading_support import wait_until
 
@@ -44,12 +47,21 @@ class Picture:
         if (self.width, self.height) != (other.width, other.height):
             return 1.0
         differing = 0
-        for start in range(0, len(self.pixels), 3):
-            mine = self.pixels[start : start + 3]
-            others = other.pixels[start : start + 3]
-            if mine != others and any(abs(a - b) > tolerance for a, b in zip(mine, others)):
+        for mine, others in self.differing_pixels(other):
+            if any(abs(a - b) > tolerance for a, b in zip(mine, others)):
                 differing += 1
         return differing / (self.width * self.height)
+
+    def differing_pixels(self, other):
+        """Pairs of pixels, of two pictures of one size. Most rows are the same."""
+        length = 3 * self.width
+        for row in range(0, len(self.pixels), length):
+            mine = self.pixels[row : row + length]
+            others = other.pixels[row : row + length]
+            if mine != others:
+                for start in range(0, length, 3):
+                    if mine[start : start + 3] != others[start : start + 3]:
+                        yield mine[start : start + 3], others[start : start + 3]
 
 
 class Screen:
@@ -102,3 +114,39 @@ class Screen:
     def __exit__(self, *_):
         self._server.terminate()
         self._server.wait()
+
+
+def each(*cases, **screen):
+    """Of a check, which gets a case and a screen of its own: the test that awaits it in all cases."""
+    def of(check):
+        @functools.wraps(check)
+        def test(self):
+            for case in cases:
+                with self.subTest(case=case):
+                    self.running[check.__name__, case].result()
+
+        def run(self, case):
+            with Screen(**screen) as own:
+                check(self, case, own)
+
+        test.run_case, test.cases = run, cases
+        return test
+    return of
+
+
+class SideBySide(unittest.TestCase):
+    """All cases of all checks begin when the first is asked for. They wait most of the time: for
+    frames, and for effects to end."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.pool = concurrent.futures.ThreadPoolExecutor(4)
+        cls.running = {
+            (name, case): cls.pool.submit(test.run_case, cls(name), case)
+            for name, test in vars(cls).items() if hasattr(test, "run_case")
+            for case in test.cases
+        }
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.pool.shutdown(cancel_futures=True)
