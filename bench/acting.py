@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """How long an application takes to react to a tap, against a click of `xdotool`; how long a picture
 of it takes, against `import`; and how long each command holds its main thread. All on the same
-application in the same run, with 100, 1,000 and 10,000 elements.
+application in the same run, with 100, 1,000 and 10,000 elements. Then a tap against an action over
+the accessibility bus, on widgets: Quick controls do nothing with such an action.
 
     acting.py BUILD_FOLDER [ELEMENTS...]
 
-Needs a display. Prints one line a number of elements for each of the three.
+Needs a display and a session bus. Prints one line a number of elements for each of the three, and
+one for each kind of widget.
 """
 
 import os
@@ -18,6 +20,7 @@ import time
 
 BENCH = pathlib.Path(__file__).resolve().parent
 os.environ["TARNIX_BUILD_DIR"] = str(pathlib.Path(sys.argv[1]).resolve())
+BUILD = pathlib.Path(os.environ["TARNIX_BUILD_DIR"])
 sys.path.insert(0, str(BENCH.parent / "tests/integration/acting"))
 
 from acting_support import Application, QML  # noqa: E402
@@ -46,6 +49,18 @@ def median(measure, count):
     return statistics.median(times)
 
 
+def time_of_deed(application, deed, act):
+    """When the application said `deed` after `act`."""
+    seen = len(application.errors)
+    act()
+    end = time.monotonic() + PATIENCE
+    while time.monotonic() < end:
+        if any(line.endswith(deed) for line in list(application.errors)[seen:]):
+            return time.perf_counter()
+        time.sleep(0.0002)
+    raise SystemExit("no reaction")
+
+
 class Host(Application):
     def __init__(self, count):
         super().__init__([QML, BENCH / "many_items.qml", "--", count], QT_QPA_PLATFORM="xcb",
@@ -68,14 +83,8 @@ class Host(Application):
     def reaction(self, press):
         """When the application said that it was clicked."""
         self.turn += 1
-        seen = len(self.errors)
-        press(*self.places[self.turn % 2])
-        end = time.monotonic() + PATIENCE
-        while time.monotonic() < end:
-            if any(line.endswith("clicked") for line in list(self.errors)[seen:]):
-                return time.perf_counter()
-            time.sleep(0.0002)
-        raise SystemExit("no reaction")
+        return time_of_deed(self, "clicked",
+                            lambda: press(*self.places[self.turn % 2]))
 
     def send_tap(self, x, y):
         self.companion.send("command.tap", {"x": x, "y": y})
@@ -124,9 +133,42 @@ def measure(count):
         host.close()
 
 
+def measure_against_the_bus(label, deed):
+    """One of the widgets that say what is done to them."""
+    host = Application([BUILD / "bin/tarnix_acting_host"], QT_QPA_PLATFORM="xcb",
+                       DISPLAY=os.environ["DISPLAY"], QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+    try:
+        x, y = host.find(label)
+        presser = subprocess.Popen(
+            [BUILD / "bin/bench_accessibility_press", "tarnix_acting_host", label],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        try:
+            if presser.stdout.readline() != b"ready\n":
+                raise SystemExit(f"{label} is not on the accessibility bus")
+
+            def press():
+                presser.stdin.write(b"\n")
+                presser.stdin.flush()
+
+            def tap():
+                host.companion.send("command.tap", {"x": x, "y": y})
+            pressed = median(lambda: time_of_deed(host, deed, press), REACTIONS)
+            tapped = median(lambda: time_of_deed(host, deed, tap), REACTIONS)
+        finally:
+            presser.stdin.close()
+            presser.wait()
+        print(f"{label:>8}          tap to reaction {tapped:7.2f} ms   accessibility bus "
+              f"{pressed:7.2f} ms   {pressed / tapped:.1f} times faster", flush=True)
+    finally:
+        host.close()
+
+
 def main():
     for count in map(int, sys.argv[2:] or (100, 1000, 10_000)):
         measure(count)
+    measure_against_the_bus("Check", ("check true", "check false"))
+    # The toolkit shows a button as pressed for a tenth of a second before it acts on this.
+    measure_against_the_bus("Save", "save clicked")
 
 
 main()

@@ -53,6 +53,7 @@ class Home {
   std::map<std::string, std::string> with(std::map<std::string, std::string> environment) const {
     environment["HOME"] = path_;
     environment["XDG_RUNTIME_DIR"] = path_;
+    environment["TMPDIR"] = path_;
     return environment;
   }
 

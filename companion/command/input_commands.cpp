@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -25,6 +26,11 @@ namespace {
 std::optional<std::string> contentOf(const std::string& file) {
   if (file == "-") {
     return std::string(std::istreambuf_iterator<char>(std::cin), {});
+  }
+  // Opens well, and throws once it is read.
+  if (std::error_code error; std::filesystem::is_directory(file, error)) {
+    errno = EISDIR;
+    return std::nullopt;
   }
   std::ifstream stream(file, std::ios::binary);
   std::string content((std::istreambuf_iterator<char>(stream)), {});

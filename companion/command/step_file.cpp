@@ -28,7 +28,9 @@ std::string textOf(const YAML::Node& node, const char* what) {
 
 std::vector<std::int64_t> numbersOf(const YAML::Node& node, std::size_t count, const char* what) {
   std::vector<std::int64_t> numbers;
-  for (const YAML::Node& entry : node) {
+  // Iterated over, a map has entries that are no nodes.
+  for (std::size_t index = 0; node.IsSequence() && index < node.size(); ++index) {
+    const YAML::Node entry = node[index];
     std::int64_t number = 0;
     if (!YAML::convert<std::int64_t>::decode(entry, number)) {
       throw StepError(entry, fmt::format("{} is made of whole numbers", what));

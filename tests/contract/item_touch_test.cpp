@@ -175,6 +175,18 @@ TEST_F(ItemTouchTest, HandlersTakeTouchesOnWhatIsDrawnInFront) {
   EXPECT_EQ(tap(25, 25), "inner, handled as inner");
 }
 
+TEST_F(ItemTouchTest, WhatOnlyLooksOnReactsWhereNothingElseDoes) {
+  show(R"(
+    Area { objectName: "area" }
+    Rectangle { objectName: "ground"; x: 150; width: 50; height: 50 }
+    Item {
+      objectName: "lens"; anchors.fill: parent
+      PointHandler { onActiveChanged: if (active) window.did("seen") }
+    })");
+  EXPECT_EQ(tap(50, 50), "seen, area 50,50 as area");
+  EXPECT_EQ(tap(175, 25), "seen as lens");
+}
+
 TEST_F(ItemTouchTest, APopupComesBeforeAllElse) {
   show(R"(
     Area { objectName: "behind"; width: 400; height: 300 }

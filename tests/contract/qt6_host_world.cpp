@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QQmlComponent>
 #include <QQuickItem>
+#include <QScrollArea>
 
 #include "platforms/qt6/base/host_services.h"
 #include "platforms/qt6/base/part_loader.h"
@@ -18,6 +19,9 @@ namespace tarnix::contract {
 
 namespace {
 
+/// What a button counts its clicks in.
+constexpr const char* clickCount = "clickCount";
+
 QRect rectOf(const platform::Rect& frame) {
   return QRectF(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height).toRect();
 }
@@ -27,8 +31,13 @@ bool isExposed(const QWindow* window) { return window != nullptr && window->isEx
 QWidget* widgetOf(const Thing& thing, QWidget& parent) {
   const QString label = QString::fromStdString(thing.label);
   switch (thing.kind) {
-    case Thing::Kind::button:
-      return new QPushButton(label, &parent);
+    case Thing::Kind::button: {
+      auto* const button = new QPushButton(label, &parent);
+      QObject::connect(button, &QPushButton::clicked, button, [button] {
+        button->setProperty(clickCount, button->property(clickCount).toInt() + 1);
+      });
+      return button;
+    }
     case Thing::Kind::label:
       return new QLabel(label, &parent);
     case Thing::Kind::field: {
@@ -37,25 +46,35 @@ QWidget* widgetOf(const Thing& thing, QWidget& parent) {
       field->setText(QString::fromStdString(thing.value.value_or("")));
       return field;
     }
+    case Thing::Kind::scroller: {
+      auto* const area = new QScrollArea(&parent);
+      auto* const content = new QWidget;
+      content->resize(static_cast<int>(Thing::scrolledSize.width),
+                      static_cast<int>(Thing::scrolledSize.height));
+      area->setWidget(content);
+      return area;
+    }
   }
   return nullptr;
 }
 
-const char* quickTypeOf(Thing::Kind kind) {
+QByteArray declarationOf(Thing::Kind kind) {
   switch (kind) {
     case Thing::Kind::button:
-      return "Button";
+      return "Button { property int clickCount: 0; onClicked: ++clickCount }";
     case Thing::Kind::label:
-      return "Label";
+      return "Label {}";
     case Thing::Kind::field:
-      return "TextField";
+      return "TextField {}";
+    case Thing::Kind::scroller:
+      return "Flickable { contentWidth: 1000; contentHeight: 800 }";
   }
-  return "Item";
+  return "Item {}";
 }
 
 QQuickItem* itemOf(const Thing& thing, QQuickWindow& window, QQmlEngine& engine) {
   QQmlComponent component(&engine);
-  component.setData(QByteArray("import QtQuick.Controls\n") + quickTypeOf(thing.kind) + " {}",
+  component.setData("import QtQuick\nimport QtQuick.Controls\n" + declarationOf(thing.kind),
                     QUrl());
   auto* const item = qobject_cast<QQuickItem*>(component.create());
   const QString label = QString::fromStdString(thing.label);
@@ -141,6 +160,15 @@ void WidgetsHostWorld::removeAll() {
   windows_.clear();
 }
 
+int WidgetsHostWorld::clicks(const std::string& label) const {
+  for (const auto* button : windows_.front()->findChildren<QPushButton*>()) {
+    if (button->text() == QString::fromStdString(label)) {
+      return button->property(clickCount).toInt();
+    }
+  }
+  return 0;
+}
+
 void QuickHostWorld::show(const ScreenDescription& screen) {
   auto* const window = new QQuickWindow;
   window->resize(static_cast<int>(screen.size.width), static_cast<int>(screen.size.height));
@@ -161,6 +189,15 @@ void QuickHostWorld::showSecondWindow() {
   pumpUntil([&] { return window->isExposed(); });
   windows_.front()->requestActivate();
   pumpUntil([&] { return windows_.front()->isActive(); });
+}
+
+int QuickHostWorld::clicks(const std::string& label) const {
+  for (const auto* item : windows_.front()->contentItem()->childItems()) {
+    if (item->property("text") == QString::fromStdString(label)) {
+      return item->property(clickCount).toInt();
+    }
+  }
+  return 0;
 }
 
 void QuickHostWorld::removeAll() {

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "probe/bootstrap/host_module.h"
@@ -39,6 +40,8 @@ class WidgetsHostWorld : public Qt6HostWorld {
   void show(const ScreenDescription& screen);
   void showSecondWindow();
   void removeAll();
+  /// How often the button of that label was clicked.
+  int clicks(const std::string& label) const;
 
  private:
   std::vector<QPointer<QWidget>> windows_;
@@ -51,6 +54,8 @@ class QuickHostWorld : public Qt6HostWorld {
   void show(const ScreenDescription& screen);
   void showSecondWindow();
   void removeAll();
+  /// How often the button of that label was clicked.
+  int clicks(const std::string& label) const;
 
  private:
   QQmlEngine engine_;

@@ -10,7 +10,9 @@ namespace tarnix::contract {
 
 /// Something that a test puts into a window, in whatever way the world at hand does it.
 struct Thing {
-  enum class Kind { button, label, field };
+  /// A scroller has a content of `scrolledSize`.
+  enum class Kind { button, label, field, scroller };
+  static constexpr platform::Size scrolledSize{1000, 800};
 
   Kind kind = Kind::button;
   std::string label{};

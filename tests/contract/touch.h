@@ -19,8 +19,9 @@ inline std::string touchedAt(const platform::Application& application, platform:
   return view == nullptr ? "-" : nameOf(*view);
 }
 
-/// Taps there, and says which view was said to react: "-" when none was.
-inline std::string tapAt(const platform::Application& application, platform::Point point) {
+/// Taps there, and says which view was said to react, by what `name` calls it: "-" when none was.
+inline std::string tapAt(const platform::Application& application, platform::Point point,
+                         std::string (*nameOf)(const platform::View&) = contract::nameOf) {
   const auto window = keyWindowOf(application);
   for (auto view = window == nullptr ? nullptr : window->hitTest(point); view != nullptr;
        view = view->superview()) {

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QCalendarWidget>
 #include <QDialog>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QGraphicsView>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -129,6 +132,28 @@ TEST_F(WidgetTouchTest, ADisabledButtonKeepsATouchToItself) {
   EXPECT_EQ(tap(30, 20), "- as -");
 }
 
+TEST_F(WidgetTouchTest, OnlyTheDaysOfACalendarReact) {
+  QCalendarWidget calendar(&window_);
+  calendar.setGeometry(0, 0, 400, 300);
+  calendar.setFirstDayOfWeek(Qt::Monday);
+  calendar.setSelectedDate({2024, 1, 15});
+  QObject::connect(&calendar, &QCalendarWidget::clicked,
+                   [this](QDate day) { deeds_ << day.toString(Qt::ISODate); });
+  show();
+  const auto* const view = calendar.findChild<QAbstractItemView*>("qt_calendar_calendarview");
+  ASSERT_NE(view, nullptr);
+  const auto tapCell = [&](int row, int column) {
+    const QPoint center = view->visualRect(view->model()->index(row, column)).center();
+    const QPoint point = view->viewport()->mapTo(&window_, center);
+    return tap(point.x(), point.y());
+  };
+  EXPECT_EQ(tapCell(3, 1), "2024-01-08 as QCalendarView");
+  EXPECT_EQ(tapCell(0, 1), "- as -");
+  EXPECT_EQ(tapCell(3, 0), "- as -");
+  calendar.setHorizontalHeaderFormat(QCalendarWidget::NoHorizontalHeader);
+  EXPECT_EQ(tapCell(2, 1), "2024-01-08 as QCalendarView");
+}
+
 TEST_F(WidgetTouchTest, StopsWhereAWidgetHandsNothingOn) {
   QWidget& holder = board("holder", {0, 0, 200, 100});
   QWidget through(&holder);
@@ -241,6 +266,40 @@ TEST_F(WidgetTouchTest, ReachesTheItemsOfAnEmbeddedScene) {
   EXPECT_EQ(tap(175, 140), "cover as cover");
   cover.hide();
   EXPECT_EQ(tap(175, 140), "- as area");
+}
+
+TEST_F(WidgetTouchTest, KeysReachAnEmbeddedSceneOnlyWhileItHasTheFocus) {
+  QQuickWidget scene(&window_);
+  QQmlComponent component(scene.engine());
+  component.setData(
+      "import QtQuick\nFocusScope { focus: true; TextInput { objectName: 'inner'; focus: true } }",
+      QUrl());
+  QObject* const root = component.create();
+  ASSERT_NE(root, nullptr) << component.errorString().toStdString();
+  scene.setContent(QUrl(), &component, root);
+  scene.setGeometry(0, 0, 200, 100);
+  QLineEdit field(&window_);
+  field.setGeometry(0, 200, 200, 30);
+  show();
+  const auto typed = [&](const char* text) {
+    for (const auto& view : viewsBelow(*keyWindowOf(world_.application()))) {
+      if (const auto responder = view->responder(); responder && responder->isFirstResponder()) {
+        platform::TextInput* const input = responder->asTextInput();
+        if (input != nullptr) {
+          input->insertText(text);
+        }
+        break;
+      }
+    }
+    return root->findChild<QObject*>("inner")->property("text").toString().toStdString() + '|' +
+           field.text().toStdString();
+  };
+  scene.setFocus();
+  EXPECT_EQ(typed("in"), "in|");
+  field.setFocus();
+  EXPECT_EQ(typed("out"), "in|out");
+  scene.setFocus();
+  EXPECT_EQ(typed("side"), "inside|out");
 }
 
 TEST_F(WidgetTouchTest, ReachesTheItemsOfAWindowInAContainer) {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -32,7 +33,7 @@ class FakeResponder : public platform::Responder,
                       public platform::Control,
                       public platform::ScrollView {
  public:
-  explicit FakeResponder(Deeds& deeds) : textInput(deeds), keyInput(deeds), deeds_(deeds) {}
+  explicit FakeResponder(Deeds& deeds) : textInput(deeds, *this), keyInput(deeds), deeds_(deeds) {}
 
   bool isUserInteractionEnabled() const override { return interactionEnabled; }
   bool isFirstResponder() const override { return focused; }
@@ -68,14 +69,19 @@ class FakeResponder : public platform::Responder,
   std::vector<std::shared_ptr<platform::GestureRecognizer>> recognizers;
   platform::Point offset;
   std::function<void()> onTouch;
+  std::function<void(std::string_view)> onText;
 
  private:
   struct Text : platform::TextInput {
-    explicit Text(Deeds& noted) : deeds(noted) {}
+    Text(Deeds& noted, const FakeResponder& of) : deeds(noted), responder(of) {}
     void insertText(std::string_view text) override {
       deeds.push_back("text " + std::string(text));
+      if (responder.onText) {
+        responder.onText(text);
+      }
     }
     Deeds& deeds;
+    const FakeResponder& responder;
   };
   struct Keys : platform::KeyInput {
     explicit Keys(Deeds& noted) : deeds(noted) {}

@@ -1,6 +1,8 @@
 #include "platforms/qt6/quick/item_keys.h"
 
+#include <QGuiApplication>
 #include <QQuickItem>
+#include <QQuickRenderControl>
 #include <QQuickWindow>
 #include <cstring>
 
@@ -29,6 +31,19 @@ bool holdsScene(const QQuickItem& item, const QQuickWindow& window) {
          std::strcmp(item.metaObject()->className(), "QQuickContentItem") == 0;
 }
 
+/// Whether keys that go to the window around `scene` reach it. One inside another window keeps the
+/// item that had the focus while the focus is elsewhere.
+bool isReachedByKeys(QQuickWindow& scene) {
+  const QWindow* const shown = QQuickRenderControl::renderWindowFor(&scene);
+  if (shown != nullptr && shown != &scene) {
+    const QObject* const focus = shown->focusObject();
+    const auto* const item = qobject_cast<const QQuickItem*>(focus);
+    return focus == &scene || (item != nullptr && item->window() == &scene);
+  }
+  const QWindow* const focused = QGuiApplication::focusWindow();
+  return scene.parent() == nullptr || focused == nullptr || focused == &scene;
+}
+
 }  // namespace
 
 QQuickItem* focusedItem(const QQuickWindow& window) {
@@ -48,7 +63,8 @@ QQuickItem* focusedItem(const QQuickWindow& window) {
 }
 
 bool hasKeyFocus(const QQuickItem& item) {
-  return item.hasFocus() && item.window() != nullptr && focusedItem(*item.window()) == &item;
+  return item.hasFocus() && item.window() != nullptr && focusedItem(*item.window()) == &item &&
+         isReachedByKeys(*item.window());
 }
 
 bool takesKeys(const QQuickItem& item) {

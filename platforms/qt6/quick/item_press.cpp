@@ -179,6 +179,18 @@ bool hasTapHandler(const QQuickItem& item, bool isKept) {
   return false;
 }
 
+/// Handlers that look on at what a finger does, whoever takes the press.
+bool hasPointHandler(const QQuickItem& item) {
+  for (const QObject* child : item.children()) {
+    if (isA(*child, "QQuickPointHandler") && child->property("enabled").toBool() &&
+        static_cast<Qt::MouseButtons>(child->property("acceptedButtons").toInt())
+            .testFlag(Qt::LeftButton)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 /// Front to back: all items that hold the point, as the toolkit's own delivery visits them.
 class Targets {
  public:
@@ -222,7 +234,7 @@ Press::Effect effectOfPress(QQuickItem& item, QPointF point) {
   if (!item.isEnabled() || !item.isVisible()) {
     return Press::Effect::none;
   }
-  if (hasTapHandler(item, false)) {
+  if (hasTapHandler(item, false) || hasPointHandler(item)) {
     return Press::Effect::tapHandler;
   }
   return reactionOf(item, point) == Reaction::reacts ? Press::Effect::control : Press::Effect::none;
@@ -233,6 +245,7 @@ Press pressAt(QQuickItem& root, QPointF scenePoint) {
   targets.collect(root, 0);
   QQuickItem* front = nullptr;
   QQuickItem* reactingInFront = nullptr;
+  QQuickItem* lookingOn = nullptr;
   bool isKept = false;
   for (QQuickItem* item : targets.items()) {
     const Reaction reaction =
@@ -246,6 +259,9 @@ Press pressAt(QQuickItem& root, QPointF scenePoint) {
     if (reaction == Reaction::reactsAndPassesOn && reactingInFront == nullptr) {
       reactingInFront = item;
     }
+    if (lookingOn == nullptr && hasPointHandler(*item)) {
+      lookingOn = item;
+    }
     if (front == nullptr) {
       front = item;
     }
@@ -257,6 +273,9 @@ Press pressAt(QQuickItem& root, QPointF scenePoint) {
   }
   if (reactingInFront != nullptr) {
     return {reactingInFront, Press::Effect::control};
+  }
+  if (lookingOn != nullptr) {
+    return {lookingOn, Press::Effect::tapHandler};
   }
   return {front, Press::Effect::none};
 }

@@ -5,6 +5,7 @@
 
 #include "platforms/qt6/quick/item_keys.h"
 #include "platforms/qt6/quick/item_scrolling.h"
+#include "platforms/qt6/quick/path_scrolling.h"
 #include "platforms/qt6/quick/web_scrolling.h"
 #include "platforms/qt6/shared/finger.h"
 #include "platforms/qt6/shared/keyboard.h"
@@ -84,7 +85,8 @@ platform::Control* ItemResponder::asControl() {
 
 platform::ScrollView* ItemResponder::asScrollView() {
   return isUserInteractionEnabled() &&
-                 (item_scrolling::canScroll(*item_) || web_scrolling::isPage(*item_))
+                 (item_scrolling::canScroll(*item_) || path_scrolling::canScroll(*item_) ||
+                  web_scrolling::isPage(*item_))
              ? this
              : nullptr;
 }
@@ -105,12 +107,19 @@ void ItemResponder::sendTouchUpInside() {
 }
 
 platform::Point ItemResponder::contentOffset() const {
-  const QPointF offset = item_ == nullptr ? QPointF() : item_scrolling::offset(*item_);
+  // What lays its items along a path, like a page, says that it stands nowhere.
+  const QPointF offset = item_ == nullptr || path_scrolling::canScroll(*item_)
+                             ? QPointF()
+                             : item_scrolling::offset(*item_);
   return {offset.x(), offset.y()};
 }
 
 void ItemResponder::setContentOffsetAnimated(platform::Point offset) {
   if (item_ == nullptr) {
+    return;
+  }
+  if (path_scrolling::canScroll(*item_)) {
+    path_scrolling::scrollBy(*item_, item_->mapFromScene(scenePoint_), {offset.x, offset.y});
     return;
   }
   if (!web_scrolling::isPage(*item_)) {
@@ -119,7 +128,6 @@ void ItemResponder::setContentOffsetAnimated(platform::Point offset) {
   }
   const ShownWindow shown(item_);
   if (shown.window != nullptr) {
-    // From where it stands: a page says that that is nowhere.
     web_scrolling::scrollBy(*shown.window, scenePoint_ + shown.offset, {offset.x, offset.y});
   }
 }

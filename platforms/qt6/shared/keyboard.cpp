@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QString>
+#include <QVariant>
 #include <QWindow>
 
 #include "platforms/qt6/shared/gui_symbol.h"
@@ -65,6 +66,23 @@ void send(QWindow& window, QEvent::Type type, const Key& key) {
   }
 }
 
+/// A touch beside the text of a field with a mask leaves the caret behind the last place of the
+/// mask, where nothing can be typed. What is typed then goes to the first place that is free.
+void leaveEndOfMask(QObject& field) {
+  const QString mask = field.property("inputMask").toString();
+  const QString shown = field.property("displayText").toString();
+  if (mask.isEmpty() || field.property("cursorPosition").toInt() < shown.size() ||
+      !field.property("selectedText").toString().isEmpty()) {
+    return;
+  }
+  const qsizetype afterMask = mask.indexOf(u';');
+  const QChar blank =
+      afterMask >= 0 && afterMask + 1 < mask.size() ? mask[afterMask + 1] : QChar(u' ');
+  if (const qsizetype free = shown.indexOf(blank); free >= 0) {
+    field.setProperty("cursorPosition", static_cast<int>(free));
+  }
+}
+
 }  // namespace
 
 bool editsText(QObject& object) {
@@ -74,6 +92,7 @@ bool editsText(QObject& object) {
 }
 
 void commit(QObject& object, std::string_view text) {
+  leaveEndOfMask(object);
   QInputMethodEvent event;
   event.setCommitString(stringOf(text));
   QCoreApplication::sendEvent(&object, &event);

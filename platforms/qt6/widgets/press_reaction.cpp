@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSlider>
+#include <QCalendarWidget>
 #include <QGraphicsView>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -45,9 +46,21 @@ PressReaction reactionOfText(Qt::TextInteractionFlags flags) {
   return keepsUnless(flags != Qt::NoTextInteraction);
 }
 
+/// The names of days and the numbers of weeks are cells of a calendar like its days, and do
+/// nothing.
+bool isHeaderOfCalendar(const QAbstractItemView& view, const QModelIndex& index) {
+  const auto* const calendar = qobject_cast<const QCalendarWidget*>(view.parentWidget());
+  return calendar != nullptr && view.inherits("QCalendarView") &&
+         ((index.row() == 0 &&
+           calendar->horizontalHeaderFormat() != QCalendarWidget::NoHorizontalHeader) ||
+          (index.column() == 0 &&
+           calendar->verticalHeaderFormat() != QCalendarWidget::NoVerticalHeader));
+}
+
 PressReaction reactionOfView(const QAbstractItemView& view, QPoint point) {
   const QModelIndex index = view.indexAt(view.viewport()->mapFrom(&view, point));
-  return keepsUnless(index.isValid() && (index.flags() & Qt::ItemIsEnabled));
+  return keepsUnless(index.isValid() && (index.flags() & Qt::ItemIsEnabled) &&
+                     !isHeaderOfCalendar(view, index));
 }
 
 PressReaction reactionOfHeader(const QHeaderView& header, QPoint point) {

@@ -17,8 +17,10 @@ import traffic_support as support  # noqa: E402
 
 QML = "/usr/lib/qt6/bin/qml"
 PATIENCE = support.TIME_LIMIT
-# Long enough for a second reaction to a tap to show.
-REST = 0.3
+# Long enough for a second reaction to a tap to show, which comes with the lifting of the finger.
+REST = 0.12
+# Long enough for the next piece of a screen that comes up to show.
+REST_OF_SCREEN = 0.3
 
 
 class Application(support.Process):
@@ -34,8 +36,10 @@ class Application(support.Process):
             file = pathlib.Path(self.home.name, path)
             file.parent.mkdir(parents=True, exist_ok=True)
             file.write_text(text, encoding="utf-8")
+        # Some applications hand their work to one that runs already, which they meet in the folder
+        # for temporary files.
         super().__init__(command, variables=dict(
-            variables, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
+            variables, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name, TMPDIR=self.home.name,
             QT_LOGGING_RULES="qml.info=true;js.info=true;default.info=true"))
         try:
             self.companion = support.Companion(self.port())
@@ -99,7 +103,7 @@ class Application(support.Process):
 
         def rests():
             seen.append(self.screen())
-            time.sleep(REST)
+            time.sleep(REST_OF_SCREEN)
             return len(seen) > 2 and seen[-1] and seen[-1] == seen[-2] == seen[-3]
         support.wait_for(rests, "a screen that rests")
         return seen[-1]

@@ -106,7 +106,7 @@ ApplicationWindow {
         MouseArea { x: 10; y: 640; width: 120; height: 40; onClicked: window.did("ground") }
         Button { x: 10; y: 640; width: 120; height: 40; text: "Over"; enabled: false; onClicked: window.did("over clicked") }
         Button { x: 460; y: 640; width: 80; height: 40; text: "Close"; onClicked: window.close() }
-        Button { x: 550; y: 640; width: 80; height: 40; text: "Busy"; onClicked: { window.did("busy"); const end = Date.now() + 4000; while (Date.now() < end) {} } }
+        Button { x: 550; y: 640; width: 80; height: 40; text: "Busy"; onClicked: { window.did("busy"); const end = Date.now() + 1500; while (Date.now() < end) {} } }
     }
 
     Menu {

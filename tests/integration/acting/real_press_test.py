@@ -1,6 +1,7 @@
 """A tap does what a press of the mouse does that comes through the display server: the same points
 in the same order, in one start of an application each."""
 
+import math
 import subprocess
 import sys
 import time
@@ -18,6 +19,7 @@ from screen import Screen  # noqa: E402
 
 # Two presses at one place within less are a double click.
 BETWEEN_PRESSES = 0.6
+NEAR = 20
 
 
 class RealPressTest(unittest.TestCase):
@@ -26,7 +28,8 @@ class RealPressTest(unittest.TestCase):
         cls.screen = Screen(800, 800)
         cls.addClassCleanup(cls.screen.__exit__)
 
-    def deeds_of(self, command, points, press):
+    def deeds_of(self, command, points, press, wait):
+        """`wait` is told how many presses were before."""
         application = Application(command, QT_QPA_PLATFORM="xcb", DISPLAY=self.screen.display)
         try:
             application.find("Save")
@@ -34,7 +37,7 @@ class RealPressTest(unittest.TestCase):
             for point in points:
                 application.forget()
                 press(application, *point)
-                time.sleep(BETWEEN_PRESSES)
+                wait(application, len(deeds))
                 deeds.append((point, application.did()))
             return deeds
         finally:
@@ -48,8 +51,22 @@ class RealPressTest(unittest.TestCase):
         run("mousemove", "--window", window, round(x), round(y), "click", "1")
 
     def compare(self, command, points):
-        real = self.deeds_of(command, points, self.really_press)
-        tapped = self.deeds_of(command, points, lambda application, x, y: application.tap(x, y))
+        tapped = self.deeds_of(command, points,
+                               lambda application, x, y: application.tap(x, y),
+                               lambda application, _: time.sleep(acting_support.REST))
+
+        def wait(application, index):
+            """Until it did what the tap made it do, and what it did beyond that shows."""
+            begin = time.monotonic()
+            try:
+                application.wait_for_deeds(tapped[index][1])
+            except AssertionError:
+                return  # What it did instead is compared.
+            following = points[min(index + 1, len(points) - 1)]
+            is_near = math.dist(points[index], following) < NEAR
+            rest = BETWEEN_PRESSES if is_near else acting_support.REST_OF_SCREEN
+            time.sleep(max(0, begin + rest - time.monotonic()))
+        real = self.deeds_of(command, points, self.really_press, wait)
         self.assertEqual(tapped, real)
         # Presses that reach nothing at all would be equal too.
         self.assertGreater(sum(len(deeds) > 0 for _, deeds in real), len(points) / 2)

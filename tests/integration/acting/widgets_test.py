@@ -92,6 +92,8 @@ class WidgetsTest(unittest.TestCase):
                 ((350, 195), "12x", "Typed 3 characters", []),
                 ((350, 195), "12", "Typed 2 characters", ["number 12"]),
                 ((443, 195), "12", "Typed 2 characters", ["mask 12-"]),
+                # Behind all places of the mask.
+                ((510, 195), "34", "Typed 2 characters", ["mask 12-34"]),
                 ((570, 195), "no", "First responder doesn't accept text input", []),
                 ((100, 250), "a\nb", "Typed 3 characters", ["text a|b"]),
                 ((300, 250), "rich", "Typed 4 characters", ["rich rich"]),

@@ -409,6 +409,7 @@ class RealHosts(Discovery):
                     DBUS_SYSTEM_BUS_ADDRESS=bus,
                     HOME=str(self.directory),
                     XDG_RUNTIME_DIR=str(self.directory),
+                    TMPDIR=str(self.directory),
                 ),
             )
         device = socket.gethostname()

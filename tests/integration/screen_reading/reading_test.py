@@ -5,12 +5,17 @@ import os
 import pathlib
 import shutil
 import subprocess
+import sys
 import tempfile
 import threading
 import time
 import unittest
 
 from png_picture import Picture
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "harness"))
+
+from probe_port import probe_port  # noqa: E402
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[3]
 BUILD = pathlib.Path(os.environ.get("TARNIX_BUILD_DIR") or REPOSITORY / "build/release")
@@ -33,6 +38,7 @@ class Host:
         self.home = tempfile.mkdtemp(prefix="tarnix-home-")
         environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", LC_ALL="C.UTF-8",
                            HOME=self.home, XDG_RUNTIME_DIR=self.home, XDG_CONFIG_HOME=self.home,
+                           TMPDIR=self.home,
                            QT_QUICK_CONTROLS_STYLE="Basic",
                            DBUS_SESSION_BUS_ADDRESS="disabled:", **variables)
         environment["LD_PRELOAD"] = str(BUILD / "lib" / "libtarnixprobe.so")
@@ -50,9 +56,7 @@ class Host:
     def __enter__(self):
         def look():
             assert self.process.poll() is None, self.lines
-            listed = subprocess.run([TARNIX, "list", "--json"], capture_output=True, text=True)
-            hosts = json.loads(listed.stdout)["hosts"] if listed.stdout else []
-            return next((host["port"] for host in hosts if host.get("pid") == self.process.pid), None)
+            return any("Listener ready" in line for line in self.lines) and probe_port(self.process.pid)
         try:
             self.port = wait_for(look, "a listening probe")
         except BaseException:

@@ -8,9 +8,14 @@ import queue
 import socket
 import struct
 import subprocess
+import sys
 import threading
 import time
 import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "harness"))
+
+from probe_port import probe_port  # noqa: E402
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[3]
 BUILD = pathlib.Path(os.environ.get("TARNIX_BUILD_DIR") or REPOSITORY / "build/release")
@@ -66,9 +71,7 @@ class Process:
             assert self.process.poll() is None, self.errors
             if not any("Listener ready" in line for line in self.errors):
                 return None
-            listed = subprocess.run([TARNIX, "list", "--json"], capture_output=True, text=True)
-            hosts = json.loads(listed.stdout)["hosts"] if listed.stdout else []
-            return next((host["port"] for host in hosts if host.get("pid") == self.pid), None)
+            return probe_port(self.pid)
         return wait_for(look, "a listening probe")
 
     def end(self):

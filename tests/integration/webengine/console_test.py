@@ -12,7 +12,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "loading"))
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "traffic"))
 
 from loading_support import *  # noqa: E402,F403
-from traffic_support import Companion  # noqa: E402
+from traffic_support import Companion, probe_port  # noqa: E402
 from web_engine_support import (  # noqa: E402
     PART,
     PATIENCE_WITH_PAGES,
@@ -88,17 +88,11 @@ class Server(http.server.ThreadingHTTPServer):
         threading.Thread(target=self.serve_forever, daemon=True).start()
 
 
-def port_of(pid):
-    listed = run([TARNIX, "list", "--json"])[1]
-    hosts = json.loads(listed)["hosts"] if listed else []
-    return next((host["port"] for host in hosts if host.get("pid") == pid), None)
-
-
 def captured(host):
     """The captured entries, over the wire."""
     assert wait_until(lambda: any("Listener ready" in line for line in list(host.error_lines)),
                       PATIENCE_WITH_PAGES)
-    companion = Companion(wait_until(lambda: port_of(host.pid), PATIENCE_WITH_PAGES))
+    companion = Companion(wait_until(lambda: probe_port(host.pid), PATIENCE_WITH_PAGES))
     try:
         companion.send("command.getWebViewConsole", {"limit": 200})
         while True:
