@@ -11,56 +11,12 @@
 
 #include "platforms/qt6/network/host_request.h"
 #include "platforms/qt6/network/http_status.h"
+#include "platforms/qt6/network/redirect_rules.h"
 #include "platforms/qt6/network/request_hook.h"
 
 namespace tarnix::qt6 {
 
 namespace {
-
-int policyOf(const QNetworkRequest& request) {
-  const QVariant policy = request.attribute(QNetworkRequest::RedirectPolicyAttribute);
-  return policy.isValid() ? policy.toInt() : QNetworkRequest::NoLessSafeRedirectPolicy;
-}
-
-bool hasSameOrigin(const QUrl& one, const QUrl& other) {
-  return one.scheme() == other.scheme() && one.host() == other.host() &&
-         one.port(one.scheme() == "https" ? 443 : 80) ==
-             other.port(other.scheme() == "https" ? 443 : 80);
-}
-
-void setDefault(QNetworkRequest& request, QNetworkRequest::Attribute attribute,
-                const QVariant& value) {
-  if (!request.attribute(attribute).isValid()) {
-    request.setAttribute(attribute, value);
-  }
-}
-
-/// With what the toolkit adds to a request before it goes out.
-QNetworkRequest completed(const HostRequest& request) {
-  QNetworkRequest result = request.request;
-  if (request.manager->redirectPolicy() != QNetworkRequest::NoLessSafeRedirectPolicy) {
-    setDefault(result, QNetworkRequest::RedirectPolicyAttribute, request.manager->redirectPolicy());
-  }
-  if (request.manager->autoDeleteReplies()) {
-    setDefault(result, QNetworkRequest::AutoDeleteReplyOnFinishAttribute, true);
-  }
-  if (request.body != nullptr && !request.body->isSequential() &&
-      !result.header(QNetworkRequest::ContentLengthHeader).isValid()) {
-    result.setHeader(QNetworkRequest::ContentLengthHeader,
-                     request.body->size() - request.body->pos());
-  }
-  const QVariant control =
-      result.attribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Automatic);
-  QNetworkCookieJar* const jar =
-      control.toInt() == QNetworkRequest::Automatic ? request.manager->cookieJar() : nullptr;
-  if (jar != nullptr) {
-    if (const QList<QNetworkCookie> cookies = jar->cookiesForUrl(result.url());
-        !cookies.isEmpty()) {
-      result.setHeader(QNetworkRequest::CookieHeader, QVariant::fromValue(cookies));
-    }
-  }
-  return result;
-}
 
 /// The toolkit's own words, translated if the application translates them.
 QString statusErrorText(const QUrl& url, int status) {
@@ -231,28 +187,8 @@ QUrl AnswerReply::redirectTarget() const {
 
 bool AnswerReply::followsRedirects() const {
   return isRedirectStatus(static_cast<int>(answer_.response->http->statusCode)) &&
-         policyOf(request()) != QNetworkRequest::ManualRedirectPolicy &&
+         redirect_rules::policyOf(request()) != QNetworkRequest::ManualRedirectPolicy &&
          !redirectTarget().isEmpty();
-}
-
-QNetworkReply::NetworkError AnswerReply::redirectError(const QUrl& target, QString& text) const {
-  if (redirectsLeft_ <= 0) {
-    text = QCoreApplication::translate("QHttp", "Too many redirects");
-    return TooManyRedirectsError;
-  }
-  if (target.scheme() != "http" && target.scheme() != "https") {
-    text = QCoreApplication::translate("QHttp", "Unknown protocol specified");
-    return ProtocolUnknownError;
-  }
-  const int policy = policyOf(request());
-  const bool isLessSafe = url().scheme() == "https" && target.scheme() == "http";
-  const bool isElsewhere =
-      policy == QNetworkRequest::SameOriginRedirectPolicy && !hasSameOrigin(url(), target);
-  if (isElsewhere || (isLessSafe && policy == QNetworkRequest::NoLessSafeRedirectPolicy)) {
-    text = QCoreApplication::translate("QHttp", "Insecure redirect");
-    return InsecureRedirectError;
-  }
-  return NoError;
 }
 
 void AnswerReply::redirect() {
@@ -262,9 +198,14 @@ void AnswerReply::redirect() {
     return;
   }
   target_ = redirectTarget();
-  QString text;
-  if (const NetworkError error = redirectError(target_, text); error != NoError) {
-    fail(error, text);
+  if (redirectsLeft_ <= 0) {
+    fail(TooManyRedirectsError, QCoreApplication::translate("QHttp", "Too many redirects"));
+    return;
+  }
+  if (const redirect_rules::Refusal refusal =
+          redirect_rules::refusalOf(target_, url(), redirect_rules::policyOf(request()));
+      refusal.error != NoError) {
+    fail(refusal.error, refusal.text);
     return;
   }
   if (target_.fragment().isEmpty()) {
@@ -273,7 +214,7 @@ void AnswerReply::redirect() {
   const int status = static_cast<int>(answer_.response->http->statusCode);
   setOperation(operationAfterRedirect(operation(), status));
   setUrl(target_);
-  if (policyOf(request()) == QNetworkRequest::UserVerifiedRedirectPolicy) {
+  if (redirect_rules::policyOf(request()) == QNetworkRequest::UserVerifiedRedirectPolicy) {
     connect(this, &QNetworkReply::redirectAllowed, this, [this] {
       if (next_ == nullptr && !isFinished()) {
         forgetHeaders();

@@ -52,8 +52,6 @@ class AnswerReply : public QNetworkReply {
 
   void showHead();
   void keepCookies();
-  /// What stands in the way of following the redirect; `NoError` when nothing does.
-  NetworkError redirectError(const QUrl& target, QString& text) const;
   QUrl redirectTarget() const;
   bool followsRedirects() const;
   void redirect();

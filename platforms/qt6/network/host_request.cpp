@@ -1,6 +1,10 @@
 #include "platforms/qt6/network/host_request.h"
 
+#include <QIODevice>
+#include <QNetworkCookie>
+#include <QNetworkCookieJar>
 #include <QUrl>
+#include <QVariant>
 #include <map>
 
 #include "platforms/qt6/network/reply_text.h"
@@ -36,7 +40,40 @@ std::map<std::string, std::string> headersOf(const QNetworkRequest& request) {
   return headers;
 }
 
+void setDefault(QNetworkRequest& request, QNetworkRequest::Attribute attribute,
+                const QVariant& value) {
+  if (!request.attribute(attribute).isValid()) {
+    request.setAttribute(attribute, value);
+  }
+}
+
 }  // namespace
+
+QNetworkRequest completed(const HostRequest& request) {
+  QNetworkRequest result = request.request;
+  if (request.manager->redirectPolicy() != QNetworkRequest::NoLessSafeRedirectPolicy) {
+    setDefault(result, QNetworkRequest::RedirectPolicyAttribute, request.manager->redirectPolicy());
+  }
+  if (request.manager->autoDeleteReplies()) {
+    setDefault(result, QNetworkRequest::AutoDeleteReplyOnFinishAttribute, true);
+  }
+  if (request.body != nullptr && !request.body->isSequential() &&
+      !result.header(QNetworkRequest::ContentLengthHeader).isValid()) {
+    result.setHeader(QNetworkRequest::ContentLengthHeader,
+                     request.body->size() - request.body->pos());
+  }
+  const QVariant control =
+      result.attribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Automatic);
+  QNetworkCookieJar* const jar =
+      control.toInt() == QNetworkRequest::Automatic ? request.manager->cookieJar() : nullptr;
+  if (jar != nullptr) {
+    if (const QList<QNetworkCookie> cookies = jar->cookiesForUrl(result.url());
+        !cookies.isEmpty()) {
+      result.setHeader(QNetworkRequest::CookieHeader, QVariant::fromValue(cookies));
+    }
+  }
+  return result;
+}
 
 platform::UrlRequest describe(const HostRequest& request) {
   platform::UrlRequest described;

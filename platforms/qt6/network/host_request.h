@@ -18,6 +18,9 @@ struct HostRequest {
   QIODevice* body;
 };
 
+/// With what the toolkit adds to a request before it goes out.
+QNetworkRequest completed(const HostRequest& request);
+
 /// The request for the core, without body.
 platform::UrlRequest describe(const HostRequest& request);
 
