@@ -38,6 +38,10 @@ ExitCode deliverRecord(const CommandOptions& options, CompanionMessageType type,
 /// cannot use is silent.
 template <class Options>
 std::string mistakeIn(const Options& rule) {
+  // What an empty variable of a shell gives; it would fit every request.
+  if (rule.pattern.empty()) {
+    return "PATTERN is empty. For every request give \"://\".";
+  }
   if (rule.mode == "regex") {
     UErrorCode error = U_ZERO_ERROR;
     UParseError place{};

@@ -72,7 +72,7 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
       addCommand(app, "perf", "Show an application's frame rate and memory",
                  "FPS is how often in a second the application's main thread got round to a frame, "
                  "of the screen's refresh\nrate: less means that it was busy. AVERAGE and PEAK are "
-                 "of the last minute.\n\n"
+                 "of what was\nmeasured once a second in the last minute; MEMORY is of now.\n\n"
                  "--json prints {\"fps\", \"memoryMB\", \"avgFPS\", \"peakMemoryMB\", \"screen\"}, "
                  "one on a line.",
                  options);

@@ -91,6 +91,9 @@ WaitStep waitOf(const YAML::Node& node) {
 }
 
 Step stepOf(const YAML::Node& node) {
+  if (node.IsMap() && node.size() > 1) {
+    throw StepError(node, "a step has one key; each step begins with a dash of its own");
+  }
   if (!node.IsMap() || node.size() != 1) {
     throw StepError(node, "a step is one of tap, swipe, type, wait and pause, with a colon");
   }

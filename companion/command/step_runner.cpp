@@ -54,6 +54,19 @@ std::variant<ScreenHTMLResponse, Result> screenOf(CompanionClient& client, Deadl
   return *std::move(screen);
 }
 
+/// Says that something else was reached where an element is: what is scrolled out of its area is
+/// listed where it would be, and something else lies there.
+std::string withWhatWasReached(std::string message, const std::string& label,
+                               const std::vector<ScreenElement>& elements) {
+  const std::size_t colon = message.find(": ");
+  const std::string reached = colon == std::string::npos ? label : message.substr(colon + 2);
+  const auto isReached = [&](const ScreenElement& element) { return element.label == reached; };
+  if (reached != label && std::any_of(elements.begin(), elements.end(), isReached)) {
+    message += fmt::format(", which lies where \"{}\" is", label);
+  }
+  return message;
+}
+
 /// What of `step` does not hold; empty when all does.
 std::string missing(const WaitStep& step, const ScreenHTMLResponse& screen) {
   const std::vector<ScreenElement> elements = elementsIn(screen.html);
@@ -64,7 +77,7 @@ std::string missing(const WaitStep& step, const ScreenHTMLResponse& screen) {
     return fmt::format("\"{}\" did not go", *step.gone);
   }
   if (step.screen && screen.screen != *step.screen) {
-    return fmt::format("the screen is still \"{}\"", screen.screen);
+    return fmt::format("the screen \"{}\" did not come, it is \"{}\"", *step.screen, screen.screen);
   }
   return {};
 }
@@ -134,21 +147,26 @@ Result StepRunner::act(CompanionMessageType type, const Command& command,
 }
 
 Result StepRunner::tap(const TapStep& step) {
-  TapCommand command{step.x, step.y};
-  if (step.label) {
-    const auto screen = screenOf(client_, deadline());
-    if (const Result* const failure = std::get_if<Result>(&screen)) {
-      return *failure;
-    }
-    isSettled_ = true;
-    const auto found =
-        elementLabelled(elementsIn(std::get<ScreenHTMLResponse>(screen).html), *step.label);
-    if (const std::string* const reason = std::get_if<std::string>(&found)) {
-      return {ExitCode::negative, *reason};
-    }
-    const ScreenElement& element = std::get<ScreenElement>(found);
-    command = {element.x, element.y};
+  if (!step.label) {
+    return tapAt({step.x, step.y});
   }
+  const auto screen = screenOf(client_, deadline());
+  if (const Result* const failure = std::get_if<Result>(&screen)) {
+    return *failure;
+  }
+  isSettled_ = true;
+  const std::vector<ScreenElement> elements = elementsIn(std::get<ScreenHTMLResponse>(screen).html);
+  const auto found = elementLabelled(elements, *step.label);
+  if (const std::string* const reason = std::get_if<std::string>(&found)) {
+    return {ExitCode::negative, *reason};
+  }
+  const ScreenElement& element = std::get<ScreenElement>(found);
+  Result result = tapAt({element.x, element.y});
+  result.message = withWhatWasReached(std::move(result.message), element.label, elements);
+  return result;
+}
+
+Result StepRunner::tapAt(const TapCommand& command) {
   return act(CompanionMessageType::commandTap, command, CompanionMessageType::responseTap);
 }
 

@@ -6,6 +6,7 @@
 #include "companion/command/command_options.h"
 #include "companion/command/exit_code.h"
 #include "companion/command/step.h"
+#include "probe/model/tap_command.h"
 
 namespace tarnix::companion {
 
@@ -30,6 +31,7 @@ class StepRunner {
 
  private:
   Result tap(const TapStep& step);
+  Result tapAt(const TapCommand& command);
   Result swipe(const SwipeStep& step);
   Result type(const TypeStep& step);
   Result wait(const WaitStep& step);

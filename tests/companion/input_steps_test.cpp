@@ -100,6 +100,8 @@ TEST(StepFile, SaysWhatIsWrongAndWhere) {
       {"- swipe: {x1: 1}", "line 1: a swipe, X1 Y1 X2 Y2, is a list of 4 whole numbers"},
       {"- shake: 1", "line 1: there is no step \"shake\""},
       {"- tap", "line 1: a step is one of tap, swipe, type, wait and pause, with a colon"},
+      {"- tap: a\n  type: b",
+       "line 1: a step has one key; each step begins with a dash of its own"},
       {"- wait: {}", "line 1: a wait says what for: text, gone or screen"},
       {"- wait: {text: a, until: b}", "line 1: a wait has no \"until\""},
       {"- pause: -1", "line 1: a pause is a number of seconds, at most an hour"},
@@ -159,6 +161,23 @@ TEST(InputCommands, SendWhatIsAskedForAndTellTheAnswer) {
     EXPECT_EQ(result.exitCode(), 0) << result.errors;
     EXPECT_EQ(result.output, payload + "\n");
   }
+}
+
+TEST(InputCommands, SayWhatLiesWhereALabelledElementIs) {
+  const ScriptedServer server({[](ScriptedPeer& peer) {
+    peer.sendFullSync();
+    while (const auto message = peer.receive()) {
+      if (message->type == Type::commandScreenHTML) {
+        peer.send(Type::responseScreenHTML,
+                  encodeJson(ScreenHTMLResponse{"Home", document, 6}).value());
+      } else if (message->type == Type::commandTap) {
+        peer.send(Type::responseTap, encodeJson(InputResult{true, "Tapped control: Save"}).value());
+      }
+    }
+  }});
+  EXPECT_EQ(act(server, {"tap", "--text", "Loud"}).output,
+            "Tapped control: Save, which lies where \"Loud\" is\n");
+  EXPECT_EQ(act(server, {"tap", "--text", "Save"}).output, "Tapped control: Save\n");
 }
 
 TEST(InputCommands, FailWithTheReasonOfTheHost) {

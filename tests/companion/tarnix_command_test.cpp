@@ -103,6 +103,7 @@ TEST(TarnixCommand, RefusesRulesThatWouldNeverFit) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> refused = {
       {{"mock", "add", "(", "--match", "regex"}, "\"(\" is no regular expression: character 1"},
       {{"intercept", "add", "[a", "--match", "regex"}, "\"[a\" is no regular expression"},
+      {{"mock", "add", ""}, "PATTERN is empty. For every request give \"://\"."},
       {{"mock", "add", "/cart", "--method", "G T"}, "\"G T\" is no method."},
   };
   for (const auto& [arguments, explanation] : refused) {
