@@ -4,6 +4,27 @@
 
 namespace tarnix {
 
+/// What happens to the picture of a window that the toolkit keeps in memory, its backing store.
+/// Painting may go on within painting.
+struct PictureChange {
+  enum class Kind {
+    willPaint,
+    didPaint,
+    willScroll,
+    didScroll,
+    /// Another picture takes its place, which may be given what the old one showed.
+    willBeReplaced,
+  };
+
+  Kind kind;
+  void* backingStore;
+  /// The toolkit's region that is painted or moved; null where that was told before.
+  const void* region = nullptr;
+  /// By how much it was moved; nothing where the toolkit could not.
+  int x = 0;
+  int y = 0;
+};
+
 /// The calls between host and toolkit that the preloaded library stands in front of, since only a
 /// library that was loaded first can. Each goes on to the toolkit as if nothing were there until
 /// the toolkit's module has put a function of its own in the place. Plain types only: the preloaded
@@ -20,6 +41,8 @@ struct InterposedCalls {
   /// first page of its own is to be made. Again and again, on the thread that does so. Null before
   /// the toolkit's module is there.
   std::atomic<void (*)()> webViewsAreComing = nullptr;
+  /// Is told of each change, on the thread that makes it. Null while nobody needs to know.
+  std::atomic<void (*)(const PictureChange&)> pictureChanges = nullptr;
 };
 
 }  // namespace tarnix

@@ -10,6 +10,7 @@
 #include <QQuickItem>
 #include <QScrollArea>
 
+#include "platforms/linux/preload/interposed_calls.h"
 #include "platforms/qt6/base/host_services.h"
 #include "platforms/qt6/base/part_loader.h"
 #include "platforms/qt6/quick/quick_part.h"
@@ -97,9 +98,11 @@ QQuickItem* itemOf(const Thing& thing, QQuickWindow& window, QQmlEngine& engine)
 const HostServices& qt6Services() {
   static const HostServices& services = [&]() -> const HostServices& {
     qt6::PartLoader& loader = qt6::PartLoader::shared();
+    const HostServices& installed = qt6::installHostServices(nullptr);
+    loader.start(&linux_platform::interposedCalls());
     loader.add(new qt6::WidgetsPart(loader));
     loader.add(&qt6::QuickPart::shared());
-    return qt6::installHostServices(nullptr);
+    return installed;
   }();
   return services;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QBackingStore>
 #include <QColor>
+#include <QCoreApplication>
 #include <QImage>
 #include <QWidget>
 #include <QWindow>
@@ -45,6 +47,12 @@ class Overlay {
 inline bool isRed(const QImage& picture, QPoint at) {
   const QColor color = picture.pixelColor(at);
   return color.red() > 240 && color.green() < 15 && color.blue() < 15;
+}
+
+/// What a person sees of a window of widgets.
+inline QImage seen(const QWidget& window) {
+  QCoreApplication::processEvents();
+  return static_cast<const QImage*>(window.backingStore()->paintDevice())->copy(window.rect());
 }
 
 /// In front, and drawn.

@@ -11,6 +11,8 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -43,22 +45,89 @@ class Form : public QWidget {
   }
 };
 
+/// All that a window is told while it lives, but for what comes by itself.
+class EventCounter : public QObject {
+ public:
+  explicit EventCounter(QWidget& window) {
+    window.installEventFilter(this);
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+      widget->installEventFilter(this);
+    }
+  }
+
+  int count = 0;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    count += event->type() == QEvent::Timer ? 0 : 1;
+    return false;
+  }
+};
+
 TEST(Qt6WidgetOverlay, IsDrawnInFrontAndGoesWithoutATrace) {
   const auto form = shown(std::make_unique<Form>());
-  const QImage before = form->grab().toImage();
-  const qsizetype childrenBefore = form->children().size();
+  QApplication::setCursorFlashTime(0);
+  letPass(std::chrono::milliseconds(20));
+  const QImage before = seen(*form);
+  const QObjectList childrenBefore = form->children();
+  const EventCounter events(*form);
   {
     Overlay overlay;
     overlay.show(squareAt({150, 100}));
-    EXPECT_TRUE(isRed(form->grab().toImage(), {175, 125}));
+    EXPECT_TRUE(isRed(seen(*form), {175, 125}));
+    EXPECT_EQ(form->children(), childrenBefore) << "no child stands for it";
     overlay.show(squareAt({10, 10}));
-    const QImage moved = form->grab().toImage();
+    const QImage moved = seen(*form);
     EXPECT_TRUE(isRed(moved, {35, 35}));
     EXPECT_EQ(moved.pixel(175, 125), before.pixel(175, 125));
   }
-  EXPECT_EQ(form->grab().toImage(), before);
-  EXPECT_EQ(form->children().size(), childrenBefore);
+  EXPECT_EQ(seen(*form), before);
+  EXPECT_EQ(form->children(), childrenBefore);
+  EXPECT_EQ(events.count, 0) << "the application was asked for nothing";
   EXPECT_FALSE(form->windowHandle()->property(qt6::overlayPaneProperty).isValid());
+}
+
+TEST(Qt6WidgetOverlay, StaysWhileTheApplicationPaints) {
+  const auto form = shown(std::make_unique<Form>());
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  // Beside it, under all of it, and under half.
+  for (const QRect& area : {QRect(0, 0, 60, 60), form->rect(), QRect(0, 0, 175, 300)}) {
+    form->repaint(area);
+    for (QWidget* part :
+         {static_cast<QWidget*>(&form->field), static_cast<QWidget*>(&form->button)}) {
+      part->repaint();
+    }
+    EXPECT_TRUE(isRed(seen(*form), {160, 125}));
+    EXPECT_TRUE(isRed(seen(*form), {190, 125}));
+  }
+  form->button.setText("Other");
+  form->button.repaint();
+  overlay.show({});
+  EXPECT_EQ(seen(*form), form->grab().toImage()) << "what was painted meanwhile is under it";
+}
+
+TEST(Qt6WidgetOverlay, StaysWhereItIsWhenTheApplicationScrolls) {
+  auto area = std::make_unique<QScrollArea>();
+  auto* const content = new QWidget;
+  auto* const layout = new QVBoxLayout(content);
+  for (int line = 0; line < 60; ++line) {
+    layout->addWidget(new QLabel(QString("line %1").arg(line)));
+  }
+  area->setWidget(content);
+  area->resize(400, 300);
+  area = shown(std::move(area));
+  Overlay overlay;
+  overlay.show(squareAt({20, 100}));
+  for (const int place : {30, 75, 10}) {
+    area->verticalScrollBar()->setValue(place);
+    const QImage picture = seen(*area);
+    EXPECT_TRUE(isRed(picture, {45, 125}));
+    EXPECT_FALSE(isRed(picture, {45, 80}));
+    EXPECT_FALSE(isRed(picture, {45, 170}));
+  }
+  overlay.show({});
+  EXPECT_EQ(seen(*area), area->grab().toImage());
 }
 
 TEST(Qt6WidgetOverlay, TakesNoMouseNoFocusAndNoPlace) {
@@ -79,6 +148,7 @@ TEST(Qt6WidgetOverlay, TakesNoMouseNoFocusAndNoPlace) {
     EXPECT_EQ(form->layout()->count(), 2);
     QAccessibleInterface* const spoken = QAccessible::queryAccessibleInterface(form.get());
     EXPECT_EQ(spoken->childCount(), 2);
+    EXPECT_FALSE(isRed(form->grab().toImage(), {175, 125})) << "no picture of its own has it";
     form->field.nextInFocusChain();
     EXPECT_EQ(form->focusWidget(), &form->field);
   }
@@ -99,10 +169,10 @@ TEST(Qt6WidgetOverlay, IsNotAdoptedByASplitter) {
     letPass(std::chrono::milliseconds(20));
     EXPECT_EQ(splitter->count(), 2);
     EXPECT_EQ(splitter->sizes(), sizes);
-    EXPECT_TRUE(isRed(splitter->grab().toImage(), {175, 125}));
+    EXPECT_TRUE(isRed(seen(*splitter), {175, 125}));
     splitter->resize(500, 320);
     overlay.show(squareAt({440, 260}));
-    EXPECT_TRUE(isRed(splitter->grab().toImage(), {465, 285}));
+    EXPECT_TRUE(isRed(seen(*splitter), {465, 285}));
   }
   EXPECT_EQ(splitter->count(), 2);
 }
@@ -116,19 +186,19 @@ TEST(Qt6WidgetOverlay, StaysInFrontOfWhatComesLater) {
   late.setGeometry(form->rect());
   late.show();
   overlay.show(squareAt({150, 101}));
-  EXPECT_TRUE(isRed(form->grab().toImage(), {175, 125}));
+  EXPECT_TRUE(isRed(seen(*form), {175, 125}));
 }
 
 TEST(Qt6WidgetOverlay, IsNotInOurPictures) {
   const auto form = shown(std::make_unique<Form>());
-  const QImage before = form->grab().toImage();
+  const QImage before = seen(*form);
   Overlay overlay;
   overlay.show(squareAt({150, 100}));
   {
     const qt6::PictureWithoutOverlay hidden(*form->windowHandle());
-    EXPECT_EQ(form->grab().toImage(), before);
+    EXPECT_EQ(seen(*form), before);
   }
-  EXPECT_TRUE(isRed(form->grab().toImage(), {175, 125}));
+  EXPECT_TRUE(isRed(seen(*form), {175, 125}));
 }
 
 TEST(Qt6WidgetOverlay, LeavesAWindowThatIsHidden) {
@@ -168,8 +238,8 @@ TEST(Qt6WidgetOverlay, FollowsToADialogAndKeepsItsPlaceOnTheDesktop) {
   EXPECT_EQ(overlay.place->movedBy,
             (platform::Point{static_cast<double>(between.x()), static_cast<double>(between.y())}));
   EXPECT_EQ(overlay.place->size.width, 200);
-  EXPECT_TRUE(isRed(dialog->grab().toImage(), {75, 45}));
-  EXPECT_TRUE(isRed(form->grab().toImage(), QPoint(75, 45) - between))
+  EXPECT_TRUE(isRed(seen(*dialog), {75, 45}));
+  EXPECT_TRUE(isRed(seen(*form), QPoint(75, 45) - between))
       << "the same place, in the window behind";
 }
 

@@ -8,8 +8,8 @@
 #include "platforms/linux/pipe_signal_guard.h"
 #include "platforms/linux/preload/host_check.h"
 #include "platforms/linux/preload/host_state.h"
+#include "platforms/linux/preload/interposed_calls.h"
 #include "platforms/linux/preload/own_entry.h"
-#include "platforms/linux/preload/session_calls.h"
 
 /// What is loaded into every process below the one that was given the probe, shells and all. So it
 /// links nothing but the C library, and brings the rest only into a host.

@@ -1,12 +1,9 @@
-#include "platforms/linux/preload/session_calls.h"
-
+#include "platforms/linux/preload/interposed_calls.h"
 #include "platforms/linux/preload/real_function.h"
 
 namespace tarnix::linux_platform {
 
 namespace {
-
-constinit InterposedCalls calls;
 
 using CreateRequest = void*(void*, int, const void*, void*);
 using MakeManager = void(void*, void*);
@@ -22,16 +19,15 @@ constinit RealFunction realCompleteConstructor(completeConstructorName, librarie
 constinit RealFunction realBaseConstructor(baseConstructorName, libraries);
 
 void managerWasMade() {
-  if (void (*const sessionWasMade)() = calls.sessionWasMade.load(std::memory_order_acquire)) {
+  if (void (*const sessionWasMade)() =
+          interposedCalls().sessionWasMade.load(std::memory_order_acquire)) {
     sessionWasMade();
   } else {
-    calls.missedSessions.store(true, std::memory_order_release);
+    interposedCalls().missedSessions.store(true, std::memory_order_release);
   }
 }
 
 }  // namespace
-
-InterposedCalls& interposedCalls() { return calls; }
 
 }  // namespace tarnix::linux_platform
 
@@ -50,7 +46,7 @@ tarnixprobe_createRequest(void* manager, int operation, const void* request, voi
 
 void* tarnixprobe_createRequest(void* manager, int operation, const void* request, void* body) {
   using namespace tarnix::linux_platform;
-  CreateRequest* const ours = calls.createRequest.load(std::memory_order_acquire);
+  CreateRequest* const ours = interposedCalls().createRequest.load(std::memory_order_acquire);
   CreateRequest* const function = ours != nullptr ? ours : realCreateRequest.as<CreateRequest>();
   return function(manager, operation, request, body);
 }

@@ -1,7 +1,7 @@
 #include <string.h>
 
+#include "platforms/linux/preload/interposed_calls.h"
 #include "platforms/linux/preload/real_function.h"
-#include "platforms/linux/preload/session_calls.h"
 
 /// What tells that the host is about to make web views, also when it loads the library for them
 /// long after its start.

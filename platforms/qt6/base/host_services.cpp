@@ -1,6 +1,7 @@
 #include "platforms/qt6/base/host_services.h"
 
 #include "platforms/qt6/base/network_part_loader.h"
+#include "platforms/qt6/base/part_loader.h"
 #include "platforms/qt6/base/qt_application.h"
 #include "platforms/qt6/base/qt_bundle.h"
 #include "platforms/qt6/base/qt_class_registry.h"
@@ -50,10 +51,11 @@ const HostServices& installHostServices(const HostModuleContext* context) {
                         .urlOpener = &QtUrlOpener::shared(),
                         .viewDidAppear = &ScreenWatch::shared().viewDidAppear(),
                         .webViewClass = webViewClass};
-  NetworkPartLoader::shared().start(QtUrlLoading::shared(),
-                                    context == nullptr ? nullptr : context->interposedCalls);
+  InterposedCalls* const calls = context == nullptr ? nullptr : context->interposedCalls;
+  PartLoader::shared().start(calls);
+  NetworkPartLoader::shared().start(QtUrlLoading::shared(), calls);
   if (webViewClass != nullptr) {
-    WebEnginePartLoader::shared().start(context == nullptr ? nullptr : context->interposedCalls);
+    WebEnginePartLoader::shared().start(calls);
   }
   start_up_hook::install(
       [context = context == nullptr ? HostModuleContext() : *context] {

@@ -14,6 +14,9 @@ class PartLoader : public ViewSource {
  public:
   static PartLoader& shared();
 
+  /// Before any other call.
+  void start(InterposedCalls* calls) { calls_ = calls; }
+
   /// For tests, which link the parts instead of loading them.
   void add(UserInterfacePart* part);
 
@@ -30,6 +33,7 @@ class PartLoader : public ViewSource {
   std::shared_ptr<platform::View> touchedView(QWindow& window, const Surroundings& surroundings,
                                               QPointF point,
                                               std::shared_ptr<platform::View> outer) override;
+  InterposedCalls* interposedCalls() override { return calls_; }
   /// Null when no part knows the window.
   std::unique_ptr<OverlayPane> makeOverlayPane(QWindow& window);
 
@@ -46,6 +50,7 @@ class PartLoader : public ViewSource {
   Candidate widgets_{"libQt6Widgets.so.6", "libtarnixprobe-qt6-widgets.so"};
   Candidate quick_{"libQt6Quick.so.6", "libtarnixprobe-qt6-quick.so"};
   std::vector<UserInterfacePart*> parts_;
+  InterposedCalls* calls_ = nullptr;
   unsigned long long librariesSeen_ = 0;
 };
 

@@ -7,6 +7,7 @@
 #include "platforms/qt6/shared/overlay_pane.h"
 #include "platforms/qt6/shared/screen.h"
 #include "platforms/qt6/shared/surroundings.h"
+#include "probe/bootstrap/interposed_calls.h"
 #include "probe/platform/view.h"
 
 class QWindow;
@@ -65,6 +66,9 @@ class ViewSource {
                                                       const Surroundings& surroundings,
                                                       QPointF point,
                                                       std::shared_ptr<platform::View> outer) = 0;
+
+  /// Null in a process that the preloaded library does not stand in front of.
+  virtual InterposedCalls* interposedCalls() = 0;
 };
 
 /// The one symbol that a part exports. The part and `source` live as long as the process; never

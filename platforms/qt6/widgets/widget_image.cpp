@@ -7,7 +7,7 @@
 
 #include "platforms/qt6/shared/user_interface_part.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
-#include "platforms/qt6/widgets/overlay_widget.h"
+#include "platforms/qt6/widgets/picture_watch.h"
 
 namespace tarnix::qt6 {
 
@@ -46,6 +46,9 @@ QImage paintedPixels(const QWidget& window) {
   if (device == nullptr || device->devType() != QInternal::Image) {
     return {};
   }
+  if (!PictureWatch::shared().outdated(*store).isEmpty()) {
+    return {};
+  }
   const QImage& image = *static_cast<const QImage*>(device);
   const QSize size = sizeInPixels(window, image.devicePixelRatio());
   // After a change of size that was not painted yet it is of the old one.
@@ -75,9 +78,7 @@ QImage lastImageOf(QWidget& window, ViewSource& source) {
     return {};
   }
   const OtherContent other = otherContentOf(window);
-  // What was painted last may have our own figures in it, which painting for a picture leaves out.
-  const bool isPlain = !other.hasTextures && !OverlayWidget::isPaintedOver(window);
-  QImage image = isPlain ? paintedPixels(window) : QImage();
+  QImage image = other.hasTextures ? QImage() : paintedPixels(window);
   if (image.isNull()) {
     image = repainted(window);
   }

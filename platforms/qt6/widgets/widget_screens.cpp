@@ -12,7 +12,6 @@
 #include "platforms/qt6/shared/class_origin.h"
 #include "platforms/qt6/shared/plain_controller.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
-#include "platforms/qt6/widgets/overlay_widget.h"
 #include "platforms/qt6/widgets/widget_class.h"
 #include "platforms/qt6/widgets/widgets_part.h"
 
@@ -95,8 +94,7 @@ class Search {
 
   bool lookAt(QWidget& widget, int depth) {
     const double covered = coverage(widget);
-    if (widget.isWindow() || !widget.isVisible() || covered < smallestPage ||
-        OverlayWidget::isOne(widget)) {
+    if (widget.isWindow() || !widget.isVisible() || covered < smallestPage) {
       return false;
     }
     const bool isCandidate = covered >= mostOfWindow && !isToolkitClass(widget);

@@ -11,7 +11,6 @@
 #include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/widgets/covers.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
-#include "platforms/qt6/widgets/overlay_widget.h"
 #include "platforms/qt6/widgets/widget_area.h"
 #include "platforms/qt6/widgets/widget_interaction.h"
 #include "platforms/qt6/widgets/widget_label.h"
@@ -151,7 +150,7 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
       continue;
     }
     auto* const widget = static_cast<QWidget*>(child);
-    if (widget->isWindow() || OverlayWidget::isOne(*widget)) {
+    if (widget->isWindow()) {
       continue;
     }
     const QRegion covered = covers.over(*widget);

@@ -3,12 +3,19 @@
 #include <QApplication>
 #include <QWindow>
 
+#include "platforms/qt6/widgets/picture_watch.h"
 #include "platforms/qt6/widgets/widget_image.h"
 #include "platforms/qt6/widgets/widget_pane.h"
 #include "platforms/qt6/widgets/widget_touch.h"
 #include "platforms/qt6/widgets/widget_view.h"
 
 namespace tarnix::qt6 {
+
+WidgetsPart::WidgetsPart(ViewSource& source) : source_(source), screens_(source) {
+  if (InterposedCalls* const calls = source.interposedCalls()) {
+    PictureWatch::shared().start(*calls);
+  }
+}
 
 QWidget* WidgetsPart::widgetOf(const QWindow& window) {
   // Applications with the library loaded need not have made an application object of its kind.
@@ -57,7 +64,9 @@ std::shared_ptr<platform::View> WidgetsPart::touchedView(QWindow& window,
 
 std::unique_ptr<OverlayPane> WidgetsPart::makeOverlayPane(QWindow& window) {
   QWidget* const widget = widgetOf(window);
-  return widget == nullptr ? nullptr : std::make_unique<WidgetPane>(*widget);
+  return widget == nullptr || !PictureWatch::shared().hasStarted()
+             ? nullptr
+             : std::make_unique<WidgetPane>(*widget);
 }
 
 }  // namespace tarnix::qt6

@@ -11,7 +11,7 @@ namespace tarnix::qt6 {
 class WidgetsPart : public UserInterfacePart {
  public:
   /// Made once a process; `source` lives as long.
-  explicit WidgetsPart(ViewSource& source) : source_(source), screens_(source) {}
+  explicit WidgetsPart(ViewSource& source);
 
   std::shared_ptr<platform::View> viewOf(QWindow& window,
                                          const Surroundings& surroundings) override;

@@ -1,7 +1,11 @@
 // An application of widgets or of Quick with the overlay in it, whose frames come when the test
 // says so: then each effect can be caught at any moment.
 //
-//     tarnix_effects_host widgets|quick
+//     tarnix_effects_host widgets|quick|composed|native|translucent|scrolled
+//
+// The last four are windows of widgets with a large part in the middle that comes to the screen in
+// a way of its own: drawn by OpenGL, in a window of the system's own, with what lies behind seen
+// through it, and after it was scrolled.
 //
 // Reads commands from standard input, one a line, and answers "ok" to each: "show EFFECT" starts
 // one, "frame SECONDS" shows the overlay as it is that long after the first frame, "click" tells
@@ -15,11 +19,16 @@
 #include <QEventLoop>
 #include <QLabel>
 #include <QLineEdit>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QOpenGLWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScrollBar>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -31,6 +40,7 @@
 #include <sstream>
 #include <string>
 
+#include "platforms/linux/preload/interposed_calls.h"
 #include "platforms/linux/system_clock.h"
 #include "platforms/qt6/base/host_services.h"
 #include "platforms/qt6/base/part_loader.h"
@@ -56,9 +66,10 @@ fakes::FakeDisplay& frames() {
 
 void install() {
   qt6::PartLoader& loader = qt6::PartLoader::shared();
+  const HostServices& services = qt6::installHostServices(nullptr);
+  loader.start(&linux_platform::interposedCalls());
   loader.add(new qt6::WidgetsPart(loader));
   loader.add(&qt6::QuickPart::shared());
-  const HostServices& services = qt6::installHostServices(nullptr);
   platform::Platform platform;
   platform.application = services.application;
   platform.mainQueue = services.mainQueue;
@@ -83,7 +94,8 @@ class TestWindow {
 
 class WidgetWindow : public TestWindow {
  public:
-  WidgetWindow() {
+  explicit WidgetWindow(bool isTranslucent = false) {
+    form_.setAttribute(Qt::WA_TranslucentBackground, isTranslucent);
     auto* const layout = new QVBoxLayout(&form_);
     layout->addWidget(&label_);
     layout->addWidget(&field_);
@@ -99,13 +111,15 @@ class WidgetWindow : public TestWindow {
 
   void repaint() override { form_.update(); }
 
+  QWidget& form() { return form_; }
+
   std::string state() override {
     std::ostringstream text;
     const QRect area = button_.geometry();
     text << "focus=" << (form_.focusWidget() == &field_)
          << " hit=" << (form_.childAt(area.center()) == &button_)
          << " layout=" << form_.layout()->count() << " button=" << area.x() << "," << area.y()
-         << "," << area.width() << "," << area.height();
+         << "," << area.width() << "," << area.height() << " children=" << form_.children().size();
     return text.str();
   }
 
@@ -115,6 +129,54 @@ class WidgetWindow : public TestWindow {
   QLineEdit field_;
   QPushButton button_{"Press"};
 };
+
+/// A form whose middle is `part`.
+class OddWindow : public WidgetWindow {
+ public:
+  explicit OddWindow(QWidget* part) {
+    part->setParent(&form());
+    part->setGeometry(form().rect().adjusted(20, 20, -20, -20));
+    part->show();
+  }
+};
+
+class Coloured : public QOpenGLWidget {
+ protected:
+  void paintGL() override {
+    QOpenGLFunctions& functions = *context()->functions();
+    functions.glClearColor(0.2F, 0.3F, 0.6F, 1);
+    functions.glClear(GL_COLOR_BUFFER_BIT);
+  }
+};
+
+std::unique_ptr<TestWindow> makeOddWindow(const std::string& kind) {
+  if (kind == "composed") {
+    return std::make_unique<OddWindow>(new Coloured);
+  }
+  if (kind == "native") {
+    auto* const part = new QLabel("a window of its own");
+    part->setAutoFillBackground(true);
+    auto window = std::make_unique<OddWindow>(part);
+    part->winId();
+    return window;
+  }
+  if (kind == "scrolled") {
+    auto* const part = new QPlainTextEdit;
+    for (int line = 0; line < 100; ++line) {
+      part->appendPlainText(QString("line %1 ").arg(line).repeated(9));
+    }
+    auto window = std::make_unique<OddWindow>(part);
+    // One line after the other, as a person's wheel does: those that stay are moved.
+    QTimer::singleShot(100, part, [part] {
+      for (int line = 0; line < 30; ++line) {
+        part->verticalScrollBar()->setValue(line);
+        QCoreApplication::processEvents();
+      }
+    });
+    return window;
+  }
+  return nullptr;
+}
 
 class QuickTestWindow : public TestWindow {
  public:
@@ -307,11 +369,12 @@ int main(int argc, char** argv) {
   application.setStyle("Fusion");
   // Pictures are compared.
   QApplication::setCursorFlashTime(0);
-  std::unique_ptr<TestWindow> window;
-  if (argc == 2 && std::string(argv[1]) == "quick") {
+  const std::string kind = argc == 2 ? argv[1] : "widgets";
+  std::unique_ptr<TestWindow> window = makeOddWindow(kind);
+  if (kind == "quick") {
     window = std::make_unique<QuickTestWindow>();
-  } else {
-    window = std::make_unique<WidgetWindow>();
+  } else if (window == nullptr) {
+    window = std::make_unique<WidgetWindow>(kind == "translucent");
   }
   QElapsedTimer patience;
   patience.start();

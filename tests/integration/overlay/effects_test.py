@@ -119,6 +119,34 @@ class EffectsTest(SideBySide):
                     path.name,
                 )
 
+    @each("composed", "native", "translucent", "scrolled")
+    def test_what_comes_to_the_screen_in_a_way_of_its_own_is_drawn_over(self, kind, screen):
+        with Host(screen, kind) as host:
+            before = screen.wait_for_rest(host.window)
+            state = host.ask("state")
+            host.ask("show verify")
+            for frame in (0, 0.2, 0.5):
+                host.ask(f"frame {frame}")
+
+            def has_badge():
+                # Whose green nothing else has.
+                return sum(
+                    1 for now, _ in screen.picture(host.window).differing_pixels(before)
+                    if now[1] > 180 and now[0] < 120 and now[2] < 150
+                ) > 1000
+
+            self.assertTrue(wait_until(has_badge), "the badge of what has passed")
+            self.assertEqual(host.ask("state"), state)
+
+            # The orb goes three seconds after.
+            def has_gone():
+                has_gone.time += 1
+                host.ask(f"frame {has_gone.time}")
+                return screen.picture(host.window).difference(before, 2) == 0
+
+            has_gone.time = 1
+            self.assertTrue(wait_until(has_gone), "the picture of before")
+
     @each(*KINDS)
     def test_the_application_does_not_notice(self, kind, screen):
         with Host(screen, kind) as host:

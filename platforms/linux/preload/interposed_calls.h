@@ -4,7 +4,7 @@
 
 namespace tarnix::linux_platform {
 
-/// What stands in the place of the toolkit's URL-loading calls. For the life of the process.
+/// What stands in the place of the toolkit's calls. For the life of the process.
 InterposedCalls& interposedCalls();
 
 }  // namespace tarnix::linux_platform
