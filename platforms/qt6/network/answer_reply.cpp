@@ -193,24 +193,29 @@ void AnswerReply::redirect() {
   const int status = static_cast<int>(answer_.response->http->statusCode);
   setOperation(operationAfterRedirect(operation(), status));
   setUrl(target_);
-  if (redirect_rules::policyOf(request()) == QNetworkRequest::UserVerifiedRedirectPolicy) {
-    connect(this, &QNetworkReply::redirectAllowed, this, [this] {
-      if (!next_.isThere() && !isFinished()) {
-        forgetHeaders();
-        QMetaObject::invokeMethod(
-            this, [this] { followRedirect(); }, Qt::QueuedConnection);
-      }
-    });
-  } else if (isSynchronous()) {
+  const bool asksFirst =
+      redirect_rules::policyOf(request()) == QNetworkRequest::UserVerifiedRedirectPolicy;
+  if (isSynchronous() && !asksFirst) {
     forgetHeaders();
     followRedirect();
     return;
+  }
+  if (asksFirst) {
+    connect(this, &QNetworkReply::redirectAllowed, this, [this] {
+      if (!next_.isThere() && !isFinished()) {
+        followRedirectLater();
+      }
+    });
   } else {
-    forgetHeaders();
-    QMetaObject::invokeMethod(
-        this, [this] { followRedirect(); }, Qt::QueuedConnection);
+    followRedirectLater();
   }
   Q_EMIT redirected(target_);
+}
+
+void AnswerReply::followRedirectLater() {
+  forgetHeaders();
+  QMetaObject::invokeMethod(
+      this, [this] { followRedirect(); }, Qt::QueuedConnection);
 }
 
 void AnswerReply::followRedirect() {

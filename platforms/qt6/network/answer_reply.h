@@ -56,6 +56,7 @@ class AnswerReply : public QNetworkReply {
   QUrl redirectTarget() const;
   bool followsRedirects() const;
   void redirect();
+  void followRedirectLater();
   void followRedirect();
   void adopt(QNetworkReply& next);
   void forgetHeaders();
