@@ -8,28 +8,11 @@
 set -euo pipefail
 here=$(dirname "$(realpath "${BASH_SOURCE[0]}")")
 build=$(realpath "${1:-build/release}")
-# Where games lie, which the PATH of root leaves out.
-export PATH=$build/bin:$PATH:/usr/games
+# shellcheck source=examples/board_game.sh
+source "$here/../examples/board_game.sh"
+export QT_QPA_PLATFORM=offscreen
 
-work=$(mktemp -d)
-host=
-finish() {
-  [ -z "$host" ] || kill "$host" 2>/dev/null || true
-  [ -z "$host" ] || wait "$host" 2>/dev/null || true
-  rm -rf "$work"
-}
-trap finish EXIT
-export HOME=$work/home XDG_RUNTIME_DIR=$work/home QT_QPA_PLATFORM=offscreen
-mkdir -m 700 "$HOME"
-
-tarnix run -- pentobi -qwindowgeometry 760x430 2>"$work/messages" &
-host=$!
-port=
-until [ -n "$port" ]; do
-  kill -0 "$host"
-  sleep 0.1
-  port=$(sed -n 's/^tarnix: .* on port \([0-9]*\)$/\1/p' "$work/messages")
-done
+start_game -qwindowgeometry 760x430
 tarnix wait --port "$port" --text "Undo Move" --timeout 30
 tarnix html --port "$port" >"$work/screen.html"
 tarnix screenshot --port "$port" "$work/screen.png" >/dev/null

@@ -6,6 +6,17 @@
 #include <limits>
 
 namespace tarnix::companion {
+namespace {
+
+/// As URLs have them around an address of IPv6. Answers with no complaint.
+std::string withoutBrackets(std::string& address) {
+  if (address.size() > 2 && address.front() == '[' && address.back() == ']') {
+    address = address.substr(1, address.size() - 2);
+  }
+  return {};
+}
+
+}  // namespace
 
 void addOutputOptions(CLI::App& command, CommandOptions& options) {
   // A day is as good as no limit, and far from what a clock can hold.
@@ -34,6 +45,7 @@ void addTargetOptions(CLI::App& command, CommandOptions& options) {
           ->type_name("PORT");
   command.add_option("--host", options.host, "Where the port is, such as the end of an SSH tunnel")
       ->needs(port)
+      ->transform(CLI::Validator(withoutBrackets, ""))
       ->type_name("ADDRESS")
       ->capture_default_str();
   command.add_option("--pid", options.pid, "Choose the application by its process id")

@@ -53,6 +53,17 @@ struct ArchiveWritten {
   }
 };
 
+/// Of `tarnix screenshot`, when the picture goes to a file.
+struct PictureWritten {
+  std::string screen;
+  std::string file;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"screen", &PictureWritten::screen},
+                      Field{"file", &PictureWritten::file}};
+  }
+};
+
 /// Of the commands that act on an application, for each step.
 struct StepDone {
   /// What was to be done, for people.

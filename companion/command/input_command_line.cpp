@@ -1,8 +1,11 @@
 #include "companion/command/input_command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include "companion/command/input_commands.h"
 
@@ -18,6 +21,22 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
   return command;
 }
 
+/// A coordinate as the probe takes it. The parser itself would take the nearest number that it can
+/// hold for one that it cannot.
+CLI::Option* addCoordinate(CLI::App& command, const char* name, std::int64_t& value,
+                           const char* description = "") {
+  return command.add_option(name, value, description)->check([](const std::string& text) {
+    std::int64_t parsed = 0;
+    const char* const begin = text.data() + (text.starts_with('+') ? 1 : 0);
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(begin, end, parsed);
+    if (stop != end) {
+      return "\"" + text + "\" is no whole number";
+    }
+    return error == std::errc() ? std::string() : text + " is farther than any screen reaches";
+  });
+}
+
 }  // namespace
 
 void addInputCommands(CLI::App& app, CommandOptions& options,
@@ -25,8 +44,8 @@ void addInputCommands(CLI::App& app, CommandOptions& options,
   const auto tap = std::make_shared<TapStep>();
   CLI::App* tapCommand =
       addCommand(app, "tap", "Tap a point of an application, or what is labelled so", options);
-  CLI::Option* x = tapCommand->add_option("X", tap->x, "As `tarnix html` tells");
-  CLI::Option* y = tapCommand->add_option("Y", tap->y);
+  CLI::Option* x = addCoordinate(*tapCommand, "X", tap->x, "As `tarnix html` tells");
+  CLI::Option* y = addCoordinate(*tapCommand, "Y", tap->y);
   CLI::Option* label =
       tapCommand
           ->add_option("--text", tap->label,
@@ -46,10 +65,10 @@ void addInputCommands(CLI::App& app, CommandOptions& options,
   const auto swipe = std::make_shared<SwipeStep>();
   CLI::App* swipeCommand = addCommand(
       app, "swipe", "Scroll what lies under a point by a finger's way to another", options);
-  swipeCommand->add_option("X1", swipe->x1, "Where the finger starts")->required();
-  swipeCommand->add_option("Y1", swipe->y1)->required();
-  swipeCommand->add_option("X2", swipe->x2, "Where it ends")->required();
-  swipeCommand->add_option("Y2", swipe->y2)->required();
+  addCoordinate(*swipeCommand, "X1", swipe->x1, "Where the finger starts")->required();
+  addCoordinate(*swipeCommand, "Y1", swipe->y1)->required();
+  addCoordinate(*swipeCommand, "X2", swipe->x2, "Where it ends")->required();
+  addCoordinate(*swipeCommand, "Y2", swipe->y2)->required();
   does(swipeCommand, [&options, swipe] { return runStep(options, *swipe); });
 
   const auto type = std::make_shared<TypeStep>();

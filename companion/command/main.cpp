@@ -1,12 +1,15 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "companion/command/command_line.h"
 #include "companion/command/command_options.h"
@@ -62,6 +65,26 @@ std::string explainMissingWord(const CLI::App& command) {
                            words);
 }
 
+const CLI::App& commandReachedIn(const CLI::App& app) {
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  return commands.empty() ? app : commandReachedIn(*commands.front());
+}
+
+/// Words that the command does not know; empty where it knows all. A name that is mistyped is told
+/// rather than what follows from it, such as that its value is no number.
+std::string explainUnknownWords(const CLI::App& command) {
+  const std::vector<std::string> words = command.remaining();
+  // Negative numbers are words.
+  const auto isOption = [](const std::string& word) {
+    return word.size() > 1 && word.front() == '-' && (word[1] < '0' || word[1] > '9');
+  };
+  if (const auto option = std::find_if(words.begin(), words.end(), isOption);
+      option != words.end()) {
+    return fmt::format("There is no option \"{}\" here", *option);
+  }
+  return words.empty() ? "" : fmt::format("\"{}\" is one word too many", words.front());
+}
+
 /// What is wrong with a command line, and where to read how it should be.
 std::string explain(const CLI::App& app, const CLI::Error& error,
                     const std::vector<std::string>& arguments) {
@@ -78,6 +101,8 @@ std::string explain(const CLI::App& app, const CLI::Error& error,
     what = explainMissingWord(*commands.front());
   } else if (!extra.empty() && arguments.front().starts_with('-')) {
     what = fmt::format("The option {} stands behind the command", arguments.front());
+  } else if (std::string unknown = explainUnknownWords(commandReachedIn(app)); !unknown.empty()) {
+    what = std::move(unknown);
   }
   return fmt::format("tarnix: {}. `tarnix{} --help` shows how it is used.\n", printable(what),
                      commandReached(app));

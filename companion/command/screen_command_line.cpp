@@ -45,11 +45,12 @@ void addScreenCommands(CLI::App& app, CommandOptions& options,
        [&options] { return runSnapshot(options); });
 
   const auto screenshot = std::make_shared<ScreenshotOptions>();
-  CLI::App* screenshotCommand =
-      addCommand(app, "screenshot", "Take a picture of an application's screen, as a PNG file",
-                 "Without FILE the picture is shown, on terminals that can; elsewhere it goes to\n"
-                 "standard output. --json without FILE prints {\"screen\", \"base64PNG\"}.",
-                 options);
+  CLI::App* screenshotCommand = addCommand(
+      app, "screenshot", "Take a picture of an application's screen, as a PNG file",
+      "Without FILE the picture is shown, on terminals that can; elsewhere it goes to\n"
+      "standard output. --json prints {\"screen\", \"file\"}, without FILE {\"screen\",\n"
+      "\"base64PNG\"}; a picture that goes to standard output stays alone there.",
+      options);
   screenshotCommand->add_option("FILE", screenshot->file, "Where it goes; - is standard output");
   screenshotCommand->add_flag("--show", screenshot->show, "Show it on the terminal, too");
   does(screenshotCommand, [&options, screenshot] { return runScreenshot(options, *screenshot); });

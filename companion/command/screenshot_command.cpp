@@ -1,14 +1,17 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <optional>
 #include <variant>
 
+#include "companion/command/command_records.h"
 #include "companion/command/host_answer.h"
 #include "companion/command/output_file.h"
 #include "companion/command/screen_commands.h"
 #include "companion/command/standard_output.h"
 #include "companion/output/display_text.h"
 #include "companion/output/terminal_picture.h"
+#include "probe/link/json_codec.h"
 #include "probe/model/screenshot_response.h"
 
 namespace tarnix::companion {
@@ -61,6 +64,11 @@ ExitCode deliver(const ScreenshotResponse& picture, const Destination& destinati
   const ExitCode code = writeToFile(destination.file, png, options);
   if (code != ExitCode::success) {
     return code;
+  }
+  if (options.json) {
+    const std::optional<std::string> written =
+        encodeJson(PictureWritten{picture.screen, destination.file});
+    return writeToStandardOutput(printableJson(written.value_or("{}")) + "\n", options);
   }
   return writeToStandardOutput(fmt::format("the screen \"{}\" is in {}\n",
                                            printable(picture.screen), printable(destination.file)),

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -33,6 +34,9 @@ constexpr auto longestPause = 1'000ms;
 std::chrono::steady_clock::duration pauseAfter(std::chrono::steady_clock::duration waited) {
   return std::clamp<std::chrono::steady_clock::duration>(waited / 4, shortestPause, longestPause);
 }
+
+/// How a probe begins that has nothing at a point, and knows no next step.
+constexpr std::string_view noView = "No view at ";
 
 constexpr const char* otherVersion =
     "the answer was not understood. Are `tarnix` and the probe of one version?";
@@ -167,7 +171,11 @@ Result StepRunner::tap(const TapStep& step) {
 }
 
 Result StepRunner::tapAt(const TapCommand& command) {
-  return act(CompanionMessageType::commandTap, command, CompanionMessageType::responseTap);
+  Result result = act(CompanionMessageType::commandTap, command, CompanionMessageType::responseTap);
+  if (result.code == ExitCode::negative && result.message.starts_with(noView)) {
+    result.message += ". `tarnix html` shows what there is, and where.";
+  }
+  return result;
 }
 
 Result StepRunner::swipe(const SwipeStep& step) {

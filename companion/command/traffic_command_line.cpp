@@ -66,6 +66,9 @@ void addRemove(CLI::App& parent, CommandOptions& options, const SetAction& does,
                ExitCode (*remove)(const CommandOptions&, const std::string&)) {
   const auto id = std::make_shared<std::string>();
   CLI::App* command = addHostCommand(parent, "remove", "Take a rule away", options);
+  command->footer(
+      "A probe does not answer this: an identifier that it does not have changes nothing, and that "
+      "is not said.");
   command->add_option("RULE", *id, "The identifier that `add` printed")->required();
   does(command, [&options, id, remove] { return remove(options, *id); });
 }

@@ -8,8 +8,8 @@
 set -euo pipefail
 here=$(dirname "$(realpath "${BASH_SOURCE[0]}")")
 build=$(realpath "${1:-build/release}")
-# Where games lie, which the PATH of root leaves out.
-export PATH=$build/bin:$PATH:/usr/games
+# shellcheck source=examples/board_game.sh
+source "$here/../../examples/board_game.sh"
 
 width=720
 height=440
@@ -17,18 +17,7 @@ shown_width=480
 # The longest that it may take.
 seconds=30
 
-work=$(mktemp -d)
-pids=()
-finish() {
-  for pid in "${pids[@]}"; do
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-  done
-  rm -rf "$work"
-}
-trap finish EXIT
-export HOME=$work/home XDG_RUNTIME_DIR=$work/home
-mkdir -m 700 "$HOME" "$work/frames"
+mkdir "$work/frames"
 
 # The X server writes the number of the display that it took once it is ready.
 Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" \
@@ -42,14 +31,7 @@ DISPLAY=:$(cat "$work/display")
 export DISPLAY QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software
 
 # At the corner of the screen: there is no window manager that would place it elsewhere.
-tarnix run -- pentobi -qwindowgeometry "${width}x${height}+0+0" 2>"$work/messages" &
-pids+=($!)
-port=
-until [ -n "$port" ]; do
-  kill -0 "${pids[1]}"
-  sleep 0.1
-  port=$(sed -n 's/^tarnix: .* on port \([0-9]*\)$/\1/p' "$work/messages")
-done
+start_game -qwindowgeometry "${width}x${height}+0+0"
 tarnix wait --port "$port" --text "Undo Move" --timeout 30 >/dev/null
 # Until what that question showed has gone.
 sleep 4

@@ -180,6 +180,23 @@ TEST(InputCommands, SayWhatLiesWhereALabelledElementIs) {
   EXPECT_EQ(act(server, {"tap", "--text", "Save"}).output, "Tapped control: Save\n");
 }
 
+TEST(InputCommands, SayWhereToLookWhenThereIsNothingAtAPoint) {
+  const ScriptedServer server({[](ScriptedPeer& peer) {
+    peer.sendFullSync();
+    while (const auto message = peer.receive()) {
+      if (message->type == Type::commandTap) {
+        peer.send(Type::responseTap, encodeJson(InputResult{false, "No view at (9000,1)"}).value());
+      } else {
+        peer.send(Type::responsePerfSnapshot, "{}");
+      }
+    }
+  }});
+  const ProgramResult result = act(server, {"tap", "9000", "1"});
+  EXPECT_EQ(result.exitCode(), static_cast<int>(ExitCode::negative));
+  EXPECT_EQ(result.errors,
+            "tarnix: No view at (9000,1). `tarnix html` shows what there is, and where.\n");
+}
+
 TEST(InputCommands, FailWithTheReasonOfTheHost) {
   const ScriptedServer server({host(false)});
   const ProgramResult result = act(server, {"tap", "1", "2"});

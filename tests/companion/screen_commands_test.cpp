@@ -181,6 +181,16 @@ TEST(ScreenshotCommand, WritesTheFileByteForByte) {
   expectExit(ExitCode::failure, tarnix(server, {"screenshot", "/nonexistent/a.png"}));
 }
 
+TEST(ScreenshotCommand, SaysForProgramsWhereThePictureIs) {
+  const ScriptedServer server({sendingPicture()});
+  const TemporaryFolder folder;
+  const std::string file = folder.path() / "a.png";
+  EXPECT_EQ(tarnix(server, {"screenshot", file, "--json"}).output,
+            R"({"screen":"Home","file":")" + file + "\"}\n");
+  EXPECT_EQ(contents(file), pngBytes);
+  EXPECT_EQ(tarnix(server, {"screenshot", "-", "--json"}).output, pngBytes);
+}
+
 TEST(ScreenshotCommand, ShowsThePictureOnATerminalThatCan) {
   const ScriptedServer server({sendingPicture()});
   const auto on = [&](Variables environment) {

@@ -126,6 +126,16 @@ TEST(TarnixCommand, SaysWhatIsWrongWithACommandLine) {
        "There is no \"mock list\". Say add or remove. `tarnix mock --help` shows"},
       {{"intercept", "--list"}, "The option --list stands behind add or remove. `tarnix interc"},
       {{"mock", "add"}, "PATTERN is required. `tarnix mock add --help` shows"},
+      {{"wait", "--txt", "x"}, "There is no option \"--txt\" here. `tarnix wait --help` shows"},
+      {{"tap", "--txt", "Save"}, "There is no option \"--txt\" here."},
+      {{"mock", "add", "--frobnicate"}, "There is no option \"--frobnicate\" here."},
+      {{"tap", "1", "2", "-3"}, "\"-3\" is one word too many."},
+      {{"html", "one", "two"}, "\"one\" is one word too many. `tarnix html --help` shows"},
+      {{"tap", "99999999999999999999", "1"},
+       "X: 99999999999999999999 is farther than any screen reaches."},
+      {{"swipe", "1", "2", "3", "-99999999999999999999"},
+       "Y2: -99999999999999999999 is farther than any screen reaches."},
+      {{"tap", "12.5", "1"}, "X: \"12.5\" is no whole number."},
       {{"mock", "add", "/cart", "--status", "4040"},
        "--status: Value 4040 not in range 100 to 999."},
   };
@@ -151,6 +161,15 @@ TEST(TarnixCommand, HandsTheDocumentOnByteForByte) {
   expectExit(ExitCode::success, result);
   EXPECT_EQ(result.output, document);
   EXPECT_EQ(result.errors, "");
+}
+
+TEST(TarnixCommand, TakesAnAddressAsURLsHaveIt) {
+  const ScriptedServer server({answerHtml});
+  const ProgramResult result = tarnix(at(server, {"html", "--host", "[127.0.0.1]"}));
+  expectExit(ExitCode::success, result);
+  const ProgramResult away = tarnix({"html", "--host", "[::1]", "--port", "1"});
+  EXPECT_NE(away.errors.find("nothing listens on port 1 of ::1."), std::string::npos)
+      << away.errors;
 }
 
 TEST(TarnixCommand, KeepsADocumentFromDrawingOnTheTerminal) {

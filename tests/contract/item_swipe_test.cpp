@@ -3,9 +3,8 @@
 #include <QQmlComponent>
 #include <QQuickItem>
 
-#include "probe/platform/responder.h"
 #include "tests/contract/qt6_host_world.h"
-#include "tests/contract/screen_walk.h"
+#include "tests/contract/touch.h"
 
 /// Where each kind of Quick item that scrolls comes to rest after a swipe.
 namespace tarnix::contract {
@@ -36,16 +35,7 @@ class ItemSwipeTest : public testing::Test {
 
   /// False where nothing scrolls under `from`.
   bool swipe(platform::Point from, platform::Point to) {
-    const auto window = keyWindowOf(world_.application());
-    for (auto view = window->hitTest(from); view != nullptr; view = view->superview()) {
-      const auto responder = view->responder();
-      if (platform::ScrollView* const scroller = responder ? responder->asScrollView() : nullptr) {
-        const platform::Point offset = scroller->contentOffset();
-        scroller->setContentOffsetAnimated({offset.x + from.x - to.x, offset.y + from.y - to.y});
-        return true;
-      }
-    }
-    return false;
+    return swipeAt(world_.application(), from, to);
   }
 
   /// Within the time that a person waits for it.

@@ -44,4 +44,20 @@ inline std::string tapAt(const platform::Application& application, platform::Poi
   return "-";
 }
 
+/// Scrolls the innermost view that scrolls under `from` as a swipe does. False where there is none.
+inline bool swipeAt(const platform::Application& application, platform::Point from,
+                    platform::Point to) {
+  const auto window = keyWindowOf(application);
+  for (auto view = window == nullptr ? nullptr : window->hitTest(from); view != nullptr;
+       view = view->superview()) {
+    const auto responder = view->responder();
+    if (platform::ScrollView* const scroller = responder ? responder->asScrollView() : nullptr) {
+      const platform::Point offset = scroller->contentOffset();
+      scroller->setContentOffsetAnimated({offset.x + from.x - to.x, offset.y + from.y - to.y});
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace tarnix::contract

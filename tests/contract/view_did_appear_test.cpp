@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "probe/platform/view_controller.h"
+#include "tests/contract/appearances.h"
 #include "tests/contract/fake_host_world.h"
 #include "tests/contract/qt6_host_world.h"
 #include "tests/fakes/fake_view_controller.h"
@@ -29,12 +30,6 @@ class CartVC : public QDialog {};
 
 namespace tarnix::contract {
 namespace {
-
-struct Appearance {
-  std::string className;
-  std::string title;
-  std::string bundlePath;
-};
 
 class FakeScreenWorld : public FakeHostWorld {
  public:
@@ -69,35 +64,6 @@ class Qt6ScreenWorld : public Qt6HostWorld {
 
   HomeScreen home_;
   SettingsViewController settings_;
-};
-
-/// Notes what appears for as long as it lives.
-class Appearances {
- public:
-  explicit Appearances(platform::ViewDidAppear& method)
-      : method_(method), original_(method.implementation()) {
-    method_.setImplementation([this](platform::ViewController& controller, bool animated) {
-      original_(controller, animated);
-      threads_.push_back(std::this_thread::get_id());
-      all_.push_back(
-          {controller.className(), controller.title().value_or(""), controller.bundlePath()});
-    });
-  }
-  ~Appearances() { method_.setImplementation(original_); }
-  Appearances(const Appearances&) = delete;
-  Appearances& operator=(const Appearances&) = delete;
-
-  const std::vector<Appearance>& all() const { return all_; }
-  const std::vector<std::thread::id>& threads() const { return threads_; }
-  std::string last() const { return all_.empty() ? std::string() : all_.back().className; }
-  std::string lastTitle() const { return all_.empty() ? std::string() : all_.back().title; }
-  void forget() { all_.clear(); }
-
- private:
-  platform::ViewDidAppear& method_;
-  platform::ViewDidAppear::Implementation original_;
-  std::vector<Appearance> all_;
-  std::vector<std::thread::id> threads_;
 };
 
 bool isToolkitPath(const std::string& path) {

@@ -9,9 +9,8 @@
 #include <QTableWidget>
 #include <QTreeWidget>
 
-#include "probe/platform/responder.h"
 #include "tests/contract/qt6_host_world.h"
-#include "tests/contract/screen_walk.h"
+#include "tests/contract/touch.h"
 
 /// Where each kind of widget that scrolls comes to rest after a swipe.
 namespace tarnix::contract {
@@ -33,16 +32,7 @@ class WidgetSwipeTest : public testing::Test {
   }
 
   void swipe(platform::Point from, platform::Point to) {
-    const auto window = keyWindowOf(world_.application());
-    for (auto view = window->hitTest(from); view != nullptr; view = view->superview()) {
-      const auto responder = view->responder();
-      if (platform::ScrollView* const scroller = responder ? responder->asScrollView() : nullptr) {
-        const platform::Point offset = scroller->contentOffset();
-        scroller->setContentOffsetAnimated({offset.x + from.x - to.x, offset.y + from.y - to.y});
-        return;
-      }
-    }
-    ADD_FAILURE() << "nothing scrolls there";
+    EXPECT_TRUE(swipeAt(world_.application(), from, to)) << "nothing scrolls there";
   }
 
   static bool comesTo(const QAbstractScrollArea& area, int x, int y) {

@@ -16,22 +16,6 @@
 
 namespace tarnix::qt6 {
 
-namespace {
-
-/// The toolkit's own words, translated if the application translates them.
-QString statusErrorText(const QUrl& url, int status) {
-  if (status == 401) {
-    return QCoreApplication::translate("QHttp", "Host requires authentication");
-  }
-  if (status == 407) {
-    return QCoreApplication::translate("QHttp", "Proxy requires authentication");
-  }
-  return QCoreApplication::translate("QHttp", "Error transferring %1 - server replied: %2")
-      .arg(url.toString(), reasonPhraseOf(status));
-}
-
-}  // namespace
-
 AnswerReply::AnswerReply(const HostRequest& request, const Answer& answer)
     : QNetworkReply(request.manager),
       manager_(request.manager),
@@ -58,12 +42,7 @@ AnswerReply::AnswerReply(const HostRequest& request, const Answer& answer)
   }
 }
 
-AnswerReply::~AnswerReply() {
-  if (next_ != nullptr) {
-    next_->disconnect(this);
-    delete next_.data();
-  }
-}
+AnswerReply::~AnswerReply() = default;
 
 bool AnswerReply::isSynchronous() const {
   return request().attribute(QNetworkRequest::SynchronousRequestAttribute).toBool();
@@ -123,7 +102,7 @@ void AnswerReply::run(Stage stage) {
   }
   const int status = static_cast<int>(answer_.response->http->statusCode);
   if (errorOfHttpStatus(status) != NoError) {
-    fail(errorOfHttpStatus(status), statusErrorText(url(), status));
+    fail(errorOfHttpStatus(status), errorTextOfHttpStatus(url(), status));
   } else {
     finish();
   }
@@ -214,54 +193,46 @@ void AnswerReply::redirect() {
   const int status = static_cast<int>(answer_.response->http->statusCode);
   setOperation(operationAfterRedirect(operation(), status));
   setUrl(target_);
-  if (redirect_rules::policyOf(request()) == QNetworkRequest::UserVerifiedRedirectPolicy) {
-    connect(this, &QNetworkReply::redirectAllowed, this, [this] {
-      if (next_ == nullptr && !isFinished()) {
-        forgetHeaders();
-        QMetaObject::invokeMethod(
-            this, [this] { followRedirect(); }, Qt::QueuedConnection);
-      }
-    });
-  } else if (isSynchronous()) {
+  const bool asksFirst =
+      redirect_rules::policyOf(request()) == QNetworkRequest::UserVerifiedRedirectPolicy;
+  if (isSynchronous() && !asksFirst) {
     forgetHeaders();
     followRedirect();
     return;
+  }
+  if (asksFirst) {
+    connect(this, &QNetworkReply::redirectAllowed, this, [this] {
+      if (!next_.isThere() && !isFinished()) {
+        followRedirectLater();
+      }
+    });
   } else {
-    forgetHeaders();
-    QMetaObject::invokeMethod(
-        this, [this] { followRedirect(); }, Qt::QueuedConnection);
+    followRedirectLater();
   }
   Q_EMIT redirected(target_);
 }
 
+void AnswerReply::followRedirectLater() {
+  forgetHeaders();
+  QMetaObject::invokeMethod(
+      this, [this] { followRedirect(); }, Qt::QueuedConnection);
+}
+
 void AnswerReply::followRedirect() {
-  if (next_ != nullptr || isFinished() || manager_ == nullptr) {
+  if (next_.isThere() || isFinished() || manager_ == nullptr) {
     return;
   }
-  QNetworkRequest followed = request();
-  followed.setUrl(target_);
-  followed.setMaximumRedirectsAllowed(redirectsLeft_ - 1);
   QIODevice* const body =
       operation() == QNetworkAccessManager::GetOperation ? nullptr : requestBody_.data();
-  if (body == nullptr) {
-    followed.setHeader(QNetworkRequest::ContentLengthHeader, QVariant());
-  }
-  if (operation() == QNetworkAccessManager::GetOperation ||
-      operation() == QNetworkAccessManager::HeadOperation) {
-    followed.setHeader(QNetworkRequest::ContentTypeHeader, QVariant());
-  }
+  QNetworkRequest followed =
+      redirect_rules::requestTo(target_, request(), operation(), body != nullptr);
+  followed.setMaximumRedirectsAllowed(redirectsLeft_ - 1);
   QNetworkReply* const next =
       request_hook::createRequest({manager_.data(), operation(), followed, body});
   if (next == nullptr) {
     return;
   }
-  next->setParent(nullptr);
-  next_ = next;
-  if (ignoresSslErrors_) {
-    next->ignoreSslErrors();
-  } else if (!ignoredSslErrors_.isEmpty()) {
-    next->ignoreSslErrors(ignoredSslErrors_);
-  }
+  next_.take(*next);
   adopt(*next);
 }
 
@@ -370,10 +341,7 @@ void AnswerReply::finish() {
 }
 
 void AnswerReply::cancel() {
-  if (next_ != nullptr) {
-    next_->disconnect(this);
-    next_->abort();
-  }
+  next_.abort();
   const QPointer<AnswerReply> self(this);
   QNetworkReply::close();
   if (self != nullptr && !isFinished()) {
@@ -396,22 +364,14 @@ void AnswerReply::close() {
   }
 }
 
-void AnswerReply::ignoreSslErrors() {
-  ignoresSslErrors_ = true;
-  if (next_ != nullptr) {
-    next_->ignoreSslErrors();
-  }
-}
+void AnswerReply::ignoreSslErrors() { next_.ignoreSslErrors(); }
 
 void AnswerReply::ignoreSslErrorsImplementation(const QList<QSslError>& errors) {
-  ignoredSslErrors_ = errors;
-  if (next_ != nullptr) {
-    next_->ignoreSslErrors(errors);
-  }
+  next_.ignoreSslErrors(errors);
 }
 
 void AnswerReply::sslConfigurationImplementation(QSslConfiguration& configuration) const {
-  configuration = next_ != nullptr ? next_->sslConfiguration() : request().sslConfiguration();
+  configuration = next_.sslConfiguration(request().sslConfiguration());
 }
 
 qint64 AnswerReply::bytesAvailable() const {

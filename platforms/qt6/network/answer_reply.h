@@ -10,6 +10,7 @@
 #include <QSslError>
 
 #include "platforms/qt6/network/exchange.h"
+#include "platforms/qt6/network/redirected_reply.h"
 
 namespace tarnix::qt6 {
 
@@ -55,6 +56,7 @@ class AnswerReply : public QNetworkReply {
   QUrl redirectTarget() const;
   bool followsRedirects() const;
   void redirect();
+  void followRedirectLater();
   void followRedirect();
   void adopt(QNetworkReply& next);
   void forgetHeaders();
@@ -74,11 +76,8 @@ class AnswerReply : public QNetworkReply {
   qint64 received_ = 0;
   int redirectsLeft_;
   QUrl target_;
-  bool ignoresSslErrors_ = false;
-  QList<QSslError> ignoredSslErrors_;
-  /// The reply to the request that a redirect led to; its content becomes ours. It is owned and has
-  /// no parent: a manager that goes deletes all replies among its children and theirs, each once.
-  QPointer<QNetworkReply> next_;
+  /// Its content becomes ours.
+  RedirectedReply next_{*this};
 };
 
 }  // namespace tarnix::qt6

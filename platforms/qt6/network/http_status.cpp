@@ -1,5 +1,7 @@
 #include "platforms/qt6/network/http_status.h"
 
+#include <QCoreApplication>
+#include <QUrl>
 #include <algorithm>
 #include <iterator>
 
@@ -112,6 +114,17 @@ QNetworkReply::NetworkError errorOfHttpStatus(int status) {
     return QNetworkReply::NoError;
   }
   return status > 500 ? QNetworkReply::UnknownServerError : QNetworkReply::UnknownContentError;
+}
+
+QString errorTextOfHttpStatus(const QUrl& url, int status) {
+  if (status == 401) {
+    return QCoreApplication::translate("QHttp", "Host requires authentication");
+  }
+  if (status == 407) {
+    return QCoreApplication::translate("QHttp", "Proxy requires authentication");
+  }
+  return QCoreApplication::translate("QHttp", "Error transferring %1 - server replied: %2")
+      .arg(url.toString(), reasonPhraseOf(status));
 }
 
 QString reasonPhraseOf(int status) {

@@ -36,4 +36,18 @@ Refusal refusalOf(const QUrl& target, const QUrl& place, int policy) {
   return {};
 }
 
+QNetworkRequest requestTo(const QUrl& target, const QNetworkRequest& redirected,
+                          QNetworkAccessManager::Operation operation, bool hasBody) {
+  QNetworkRequest followed = redirected;
+  followed.setUrl(target);
+  if (!hasBody) {
+    followed.setHeader(QNetworkRequest::ContentLengthHeader, QVariant());
+  }
+  if (operation == QNetworkAccessManager::GetOperation ||
+      operation == QNetworkAccessManager::HeadOperation) {
+    followed.setHeader(QNetworkRequest::ContentTypeHeader, QVariant());
+  }
+  return followed;
+}
+
 }  // namespace tarnix::qt6::redirect_rules

@@ -2,11 +2,15 @@
 
 import concurrent.futures
 import functools
-import os
+import pathlib
 import subprocess
+import sys
 import unittest
 
-from loading_support import wait_until
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "harness"))
+
+from loading_support import wait_until  # noqa: E402
+from x_server import XServer  # noqa: E402
 
 
 class Picture:
@@ -64,36 +68,14 @@ class Picture:
                         yield mine[start : start + 3], others[start : start + 3]
 
 
-class Screen:
-    """Ended with the block."""
-
-    def __init__(self, width=800, height=600):
-        reading, writing = os.pipe()
-        self._server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24"]
-            + ["-nolisten", "tcp"],
-            pass_fds=[writing],
-            stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL,
-        )
-        os.close(writing)
-        with os.fdopen(reading) as number:
-            self.display = ":" + number.readline().strip()
-
-    def environment(self, **changes):
-        return {**os.environ, "DISPLAY": self.display, **changes}
-
+class Screen(XServer):
     def picture(self, window="root"):
         return Picture.read(
             ["import", "-silent", "-window", str(window)], self.environment()
         )
 
     def click(self, x, y):
-        subprocess.run(
-            ["xdotool", "mousemove", str(x), str(y), "click", "1"],
-            env=self.environment(),
-            check=True,
-        )
+        self.tell("mousemove", x, y, "click", 1)
 
     def wait_for_rest(self, window="root"):
         """The picture once it has not changed for a moment."""
@@ -107,13 +89,6 @@ class Screen:
 
         wait_until(rests)
         return last[0]
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self._server.terminate()
-        self._server.wait()
 
 
 def each(*cases, **screen):

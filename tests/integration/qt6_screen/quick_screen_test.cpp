@@ -23,16 +23,6 @@ std::vector<std::string> numbered(const std::string& prefix, int count) {
   return result;
 }
 
-std::vector<std::string> linesWith(const std::string& part) {
-  std::vector<std::string> result;
-  for (std::string& line : screenLines()) {
-    if (line.find(part) != std::string::npos) {
-      result.push_back(std::move(line));
-    }
-  }
-  return result;
-}
-
 platform::Rect frameOf(const std::string& label) {
   const auto elements = elementsLabelled(label);
   EXPECT_EQ(elements.size(), 1U) << label;

@@ -43,6 +43,13 @@ std::vector<std::string> screenLines() {
   return lines;
 }
 
+std::vector<std::string> linesWith(const std::string& part) {
+  std::vector<std::string> lines = screenLines();
+  std::erase_if(lines,
+                [&part](const std::string& line) { return line.find(part) == std::string::npos; });
+  return lines;
+}
+
 std::vector<ProbeAccessibilityScanner::Element> elementsLabelled(const std::string& label) {
   return ProbeAccessibilityScanner::find(label, true);
 }

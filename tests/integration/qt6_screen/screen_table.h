@@ -12,6 +12,9 @@ namespace tarnix::integration {
 /// braces the value, then the marks "field", "selected" and "disabled".
 std::vector<std::string> screenLines();
 
+/// Those of them in which this stands.
+std::vector<std::string> linesWith(const std::string& part);
+
 /// The elements of that label.
 std::vector<ProbeAccessibilityScanner::Element> elementsLabelled(const std::string& label);
 

@@ -11,16 +11,6 @@ using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 using testing::UnorderedElementsAreArray;
 
-std::vector<std::string> linesWith(const std::string& part) {
-  std::vector<std::string> result;
-  for (std::string& line : screenLines()) {
-    if (line.find(part) != std::string::npos) {
-      result.push_back(std::move(line));
-    }
-  }
-  return result;
-}
-
 TEST(WidgetScreen, EveryControlSaysWhatAPersonSees) {
   const ShownWidgetPage shown("controls");
   EXPECT_THAT(screenLines(), UnorderedElementsAreArray({

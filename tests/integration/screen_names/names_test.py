@@ -11,7 +11,8 @@ import sys
 import tempfile
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "loading"))
+for folder in ("harness", "loading"):
+    sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / folder))
 
 from loading_support import (  # noqa: E402
     BUILD,
@@ -22,6 +23,7 @@ from loading_support import (  # noqa: E402
     require,
     wait_until,
 )
+from x_server import XServer  # noqa: E402
 
 HOST = BUILD / "bin/tarnix_screen_host"
 TARNIX = BUILD / "bin/tarnix"
@@ -30,35 +32,15 @@ HERE = pathlib.Path(__file__).resolve().parent
 PICTURES = os.environ.get("TARNIX_SCREEN_PICTURES")
 
 
-class Display:
-    """A display without a window manager."""
-
-    def __init__(self):
-        reading, writing = os.pipe()
-        self._server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1000x700x24", "-nolisten", "tcp"],
-            pass_fds=[writing],
-            stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL,
-        )
-        os.close(writing)
-        with os.fdopen(reading) as answer:
-            self.name = ":" + answer.readline().strip()
-
-    def close(self):
-        self._server.kill()
-        self._server.wait()
-
+class Screen(XServer):
     def key(self, name):
-        subprocess.run(
-            ["xdotool", "key", name], env={**os.environ, "DISPLAY": self.name}, check=True
-        )
+        self.tell("key", name)
 
     def picture(self, name):
         if PICTURES:
             subprocess.run(
                 ["import", "-window", "root", f"{PICTURES}/{name}.png"],
-                env={**os.environ, "DISPLAY": self.name},
+                env=self.environment(),
                 check=True,
             )
 
@@ -71,8 +53,8 @@ class Names(unittest.TestCase):
                 raise unittest.SkipTest(f"{program} is not there")
 
     def setUp(self):
-        self.display = Display()
-        self.addCleanup(self.display.close)
+        self.screen = Screen(1000, 700)
+        self.addCleanup(self.screen.close)
         self.pictures = 0
 
     def start(self, *command, preloaded=PRELOADED):
@@ -89,7 +71,7 @@ class Names(unittest.TestCase):
             env=environment(
                 preloaded,
                 QT_QPA_PLATFORM="xcb",
-                DISPLAY=self.display.name,
+                DISPLAY=self.screen.display,
                 QT_QUICK_BACKEND="software",
                 QT_QUICK_CONTROLS_STYLE="Basic",
                 LANG="C.UTF-8",
@@ -126,7 +108,7 @@ class Names(unittest.TestCase):
 
         self.assertTrue(wait_until(is_there), f'"{last}" instead of "{name}"')
         self.pictures += 1
-        self.display.picture(f"{self._testMethodName}-{self.pictures}-{name.replace(' ', '_')}")
+        self.screen.picture(f"{self._testMethodName}-{self.pictures}-{name.replace(' ', '_')}")
 
     def test_tabs_stacks_and_dialogs_of_widgets(self):
         self.start(HOST)
@@ -341,21 +323,21 @@ class Names(unittest.TestCase):
         require("/usr/bin/focuswriter")
         self.start("/usr/bin/focuswriter")
         self.expect("Document")
-        self.display.key("ctrl+f")
+        self.screen.key("ctrl+f")
         self.expect("Find Dialog")
-        self.display.key("Escape")
+        self.screen.key("Escape")
         self.expect("Document")
 
     def test_a_dialog_of_the_toolkit_in_a_text_editor(self):
         require("/usr/bin/focuswriter")
         self.start("/usr/bin/focuswriter")
         self.expect("Document")
-        self.display.key("ctrl+o")
+        self.screen.key("ctrl+o")
         self.assertTrue(
             wait_until(lambda: "File name" in self.html()), "the dialog for files is not there"
         )
         self.expect("Document")
-        self.display.key("Escape")
+        self.screen.key("Escape")
         self.assertTrue(wait_until(lambda: "File name" not in self.html()))
         self.expect("Document")
 

@@ -6,6 +6,7 @@ import tempfile
 
 from scripted_server import ScriptedServer
 from traffic_support import *
+from x_server import XServer
 
 QML_RUNTIME = pathlib.Path("/usr/lib/qt6/bin/qml")
 
@@ -145,21 +146,15 @@ class DeepLinks(unittest.TestCase):
         desktop.write_text(f'#!/bin/sh\necho "$1" >> {self.opened}\n', encoding="ascii")
         desktop.chmod(0o755)
         # Without a display there is no desktop for the toolkit.
-        reading, writing = os.pipe()
-        self.display = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-nolisten", "tcp"],
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                        pass_fds=[writing])
-        os.close(writing)
-        with open(reading, encoding="ascii") as number:
-            name = ":" + number.readline().strip()
-        self.host = TraceHost(self.server, with_probe=True, QT_QPA_PLATFORM="xcb", DISPLAY=name,
+        self.screen = XServer()
+        self.host = TraceHost(self.server, with_probe=True, QT_QPA_PLATFORM="xcb",
+                              DISPLAY=self.screen.display,
                               PATH=f"{self.folder.name}:{os.environ['PATH']}")
         self.host.port()
 
     def tearDown(self):
         self.host.kill()
-        self.display.terminate()
-        self.display.wait()
+        self.screen.close()
         self.server.close()
         self.folder.cleanup()
 
