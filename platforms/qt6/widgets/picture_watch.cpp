@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QBackingStore>
+#include <QThread>
 #include <QWidget>
 #include <algorithm>
 
@@ -39,7 +40,9 @@ void PictureWatch::remove(PictureObserver& observer) { std::erase(observers_, &o
 
 void PictureWatch::tell(const PictureChange& change) noexcept {
   PictureWatch& watch = shared();
-  if (watch.isOwn_) {
+  const QCoreApplication* const application = QCoreApplication::instance();
+  // Widgets are painted on the main thread; what another paints is a picture of the host's own.
+  if (watch.isOwn_ || application == nullptr || QThread::currentThread() != application->thread()) {
     return;
   }
   try {

@@ -133,7 +133,8 @@ void WidgetPane::setHiddenForPicture(bool isHidden) {
 }
 
 QBackingStore* WidgetPane::backingStore() const {
-  return host_ == nullptr ? nullptr : host_->backingStore();
+  // One that has been put into another window is part of that one's picture.
+  return host_ == nullptr || !host_->isWindow() ? nullptr : host_->backingStore();
 }
 
 QRegion WidgetPane::area() const {
@@ -199,10 +200,12 @@ void WidgetPane::send(const QRegion& region) {
     repaint(*host_, region);
     return;
   }
-  store->flush(region & host_->rect(), window);
-  for (QWindow* part : partsOf(*window)) {
+  for (QWindow* part : QList<QWindow*>{window} + partsOf(*window)) {
     const QPoint place = placeIn(*window, *part);
-    store->flush(region.translated(-place) & QRect(QPoint(0, 0), part->size()), part, place);
+    const QRegion seen = region.translated(-place) & QRect(QPoint(0, 0), part->size());
+    if (!seen.isEmpty()) {
+      store->flush(seen, part, place);
+    }
   }
 }
 

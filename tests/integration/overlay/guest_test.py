@@ -113,6 +113,19 @@ class GuestTest(SideBySide):
             self.assertFalse(is_same(seen, plain), "effects can be seen")
             support.wait_for(lambda: is_same(screen.picture(), plain), "the picture of before")
 
+    @each(1, 2, **SIZE)
+    def test_a_picture_shows_what_was_scrolled_where_it_is_seen(self, factor, screen):
+        with Guest(screen, "widgets", QT_SCALE_FACTOR=str(factor)) as guest:
+            guest.find("Save")
+            for x, y, to in ((50, 400, 370), (250, 400, 310), (50, 500, 460)):
+                self.assertTrue(guest.swipe(x, y, x, to)["success"])
+            time.sleep(ORB_STAYS + 1)
+            seen = screen.wait_for_rest()
+            taken = guest.picture()
+            # What the toolkit paints as a whole differs by a pixel or two of a line's end from what
+            # it scrolls and paints the rest of.
+            self.assertLess(taken.difference(seen.corner(taken.width, taken.height), 0), 1e-5)
+
     @each(*((kind, factor) for kind in KINDS for factor in (1, 2)), **SIZE)
     def test_taps_land_through_effects(self, case, screen):
         kind, factor = case

@@ -46,6 +46,13 @@ class Picture:
             check=True,
         )
 
+    def corner(self, width, height):
+        """The upper left part."""
+        rows = range(0, 3 * self.width * height, 3 * self.width)
+        return Picture(
+            width, height, b"".join(self.pixels[row : row + 3 * width] for row in rows)
+        )
+
     def difference(self, other, tolerance):
         """The part of all pixels of which a colour differs by more than this."""
         if (self.width, self.height) != (other.width, other.height):
