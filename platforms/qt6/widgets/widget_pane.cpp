@@ -95,7 +95,6 @@ void WidgetPane::pictureChanges(const PictureChange& change) {
       // The pane may have come in the middle.
       changesUnderWay_ = std::max(changesUnderWay_ - 1, 0);
       if (changesUnderWay_ == 0 && !isDrawn_) {
-        putBack();
         draw();
       }
       if (change.kind == Kind::didScroll && isOutdated()) {
@@ -117,7 +116,6 @@ void WidgetPane::show(std::shared_ptr<const platform::DisplayList> list, QPointF
     return;
   }
   if (changesUnderWay_ == 0 && !isOutdated() && isSentAsItIs(*host_->windowHandle())) {
-    putBack();
     draw();
   }
   send(before + area());
@@ -155,20 +153,23 @@ bool WidgetPane::isOutdated() const {
 
 void WidgetPane::draw() {
   QBackingStore* const store = backingStore();
-  const QImage* const before = store == nullptr ? nullptr : imageOf(*store);
-  if (before == nullptr || before->isNull() || isHidden_ || list_ == nullptr) {
+  if (store == nullptr || imageOf(*store) == nullptr || isHidden_ || list_ == nullptr) {
     return;
   }
   const QRegion region = (area() & host_->rect()) - PictureWatch::shared().outdated(*store);
+  const bool isSaved = under_.region() == region && under_.areOf(*imageOf(*store));
+  if (!isSaved) {
+    putBack();
+    under_ = SavedPixels(*imageOf(*store), region);
+  }
   isDrawn_ = true;
-  under_ = SavedPixels(*before, region);
   if (under_.isEmpty()) {
     return;
   }
   const OwnPainting painting(*store, region);
   QImage* const picture = imageOf(*store);
-  if (picture->hasAlphaChannel()) {
-    // It was cleared.
+  // It has the last figures, or was cleared.
+  if (isSaved || picture->hasAlphaChannel()) {
     under_.putBack(*picture);
   }
   QPainter painter(picture);
