@@ -16,7 +16,10 @@ EXPORTS = {
         "_Z17qmlRegisterModulePKcii",
         "_ZN14QWebEnginePageC1EP7QObject", "_ZN14QWebEnginePageC2EP7QObject",
         "_ZN14QWebEnginePageC1EP17QWebEngineProfileP7QObject",
-        "_ZN14QWebEnginePageC2EP17QWebEngineProfileP7QObject"},
+        "_ZN14QWebEnginePageC2EP17QWebEngineProfileP7QObject",
+        # These tell when the picture of a window changes.
+        "_ZN13QBackingStore10beginPaintERK7QRegion", "_ZN13QBackingStore8endPaintEv",
+        "_ZN13QBackingStore6resizeERK5QSize", "_ZN13QBackingStore6scrollERK7QRegionii"},
     "libtarnixprobe-core.so": {"tarnixprobe_core"},
     "libtarnixprobe-dnssd.so": {"tarnixprobe_advertise"},
     # The second one keeps the host's sequence of random numbers its own.
