@@ -32,12 +32,13 @@ bool SavedPixels::areOf(const QImage& picture) const {
 }
 
 void SavedPixels::putBack(QImage& picture) const {
-  const int bytesPerPixel = picture.depth() / 8;
+  const auto bytes = [&picture](int pixels) {
+    return static_cast<std::size_t>(pixels) * static_cast<std::size_t>(picture.depth() / 8);
+  };
   for (const Part& part : parts_) {
     for (int row = 0; row < part.place.height(); ++row) {
-      std::memcpy(picture.scanLine(part.place.y() + row) + part.place.x() * bytesPerPixel,
-                  part.pixels.constScanLine(row),
-                  static_cast<std::size_t>(part.place.width() * bytesPerPixel));
+      std::memcpy(picture.scanLine(part.place.y() + row) + bytes(part.place.x()),
+                  part.pixels.constScanLine(row), bytes(part.place.width()));
     }
   }
 }
