@@ -211,6 +211,7 @@ TEST_F(WidgetTouchTest, ReachesWhatIsTurnedInAGraphicsScene) {
   QGraphicsScene scene;
   auto* const inside = new QPushButton("inside");
   QObject::connect(inside, &QPushButton::clicked, [this] { deeds_ << "inside"; });
+  inside->setObjectName("button");
   inside->setFixedSize(100, 40);
   QGraphicsProxyWidget* const proxy = scene.addWidget(inside);
   QGraphicsView view(&scene, &window_);
@@ -224,10 +225,10 @@ TEST_F(WidgetTouchTest, ReachesWhatIsTurnedInAGraphicsScene) {
   proxy->setPos(180, 10);
   proxy->setRotation(90);
   show();
-  EXPECT_EQ(tap(160, 60), "inside as view");
+  EXPECT_EQ(tap(160, 60), "inside as button");
   EXPECT_EQ(tap(230, 30), "- as -");
   proxy->setScale(1.5);
-  EXPECT_EQ(tap(130, 150), "inside as view");
+  EXPECT_EQ(tap(130, 150), "inside as button");
   QGraphicsRectItem* const figure = scene.addRect(0, 0, 20, 20);
   EXPECT_EQ(tap(10, 10), "- as -");
   figure->setFlag(QGraphicsItem::ItemIsSelectable);

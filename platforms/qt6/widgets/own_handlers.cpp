@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include <QGraphicsItem>
+#include <QGraphicsScene>
 #include <QWidget>
 #include <cstddef>
 #include <cstring>
@@ -14,15 +16,16 @@ namespace {
 constexpr std::size_t entriesBeforeFunctions = 2;
 constexpr std::size_t mostFunctions = 128;
 
-/// The place of a function in the table of virtual functions that all widgets share. Both are
-/// exported symbols; absent when this version of the toolkit has them under other names.
-std::optional<std::size_t> slotOf(const char* functionName) {
+/// The place of a function in the table of virtual functions that a class and all that derive from
+/// it share. Both are exported symbols; absent when this version of the toolkit has them under
+/// other names.
+std::optional<std::size_t> slotOf(const char* tableName, const char* functionName) {
   void* const library = dlopen("libQt6Widgets.so.6", RTLD_LAZY | RTLD_NOLOAD);
   if (library == nullptr) {
     return std::nullopt;
   }
   void* const function = dlsym(library, functionName);
-  auto* const table = static_cast<void**>(dlsym(library, "_ZTV7QWidget"));
+  auto* const table = static_cast<void**>(dlsym(library, tableName));
   dlclose(library);
   if (function == nullptr || table == nullptr) {
     return std::nullopt;
@@ -35,29 +38,53 @@ std::optional<std::size_t> slotOf(const char* functionName) {
   return std::nullopt;
 }
 
-bool isOwn(const QWidget& widget, std::optional<std::size_t> slot) {
+/// Whether `object`, of any class with such a table, has code there that is not the toolkit's.
+bool isOwn(const void* object, std::optional<std::size_t> slot) {
   if (!slot) {
     return false;
   }
-  const void* const* const functions = *reinterpret_cast<const void* const* const*>(&widget);
+  const void* const* const functions = *static_cast<const void* const* const*>(object);
   Dl_info origin{};
   return dladdr(functions[*slot], &origin) != 0 && origin.dli_fname != nullptr &&
          std::strstr(origin.dli_fname, "libQt6Widgets.so") == nullptr;
 }
 
+constexpr const char* tableOfWidgets = "_ZTV7QWidget";
+constexpr const char* tableOfFigures = "_ZTV13QGraphicsItem";
+constexpr const char* tableOfScenes = "_ZTV14QGraphicsScene";
+
 }  // namespace
 
 bool hasOwnPressHandler(const QWidget& widget) {
   static const std::optional<std::size_t> press =
-      slotOf("_ZN7QWidget15mousePressEventEP11QMouseEvent");
+      slotOf(tableOfWidgets, "_ZN7QWidget15mousePressEventEP11QMouseEvent");
   static const std::optional<std::size_t> release =
-      slotOf("_ZN7QWidget17mouseReleaseEventEP11QMouseEvent");
-  return isOwn(widget, press) || isOwn(widget, release);
+      slotOf(tableOfWidgets, "_ZN7QWidget17mouseReleaseEventEP11QMouseEvent");
+  return isOwn(&widget, press) || isOwn(&widget, release);
+}
+
+bool hasOwnPressHandler(const QGraphicsItem& figure) {
+  static const std::optional<std::size_t> press =
+      slotOf(tableOfFigures, "_ZN13QGraphicsItem15mousePressEventEP24QGraphicsSceneMouseEvent");
+  static const std::optional<std::size_t> release =
+      slotOf(tableOfFigures, "_ZN13QGraphicsItem17mouseReleaseEventEP24QGraphicsSceneMouseEvent");
+  static const std::optional<std::size_t> any =
+      slotOf(tableOfFigures, "_ZN13QGraphicsItem10sceneEventEP6QEvent");
+  return isOwn(&figure, press) || isOwn(&figure, release) || isOwn(&figure, any);
+}
+
+bool hasOwnPressHandler(const QGraphicsScene& scene) {
+  static const std::optional<std::size_t> press =
+      slotOf(tableOfScenes, "_ZN14QGraphicsScene15mousePressEventEP24QGraphicsSceneMouseEvent");
+  static const std::optional<std::size_t> release =
+      slotOf(tableOfScenes, "_ZN14QGraphicsScene17mouseReleaseEventEP24QGraphicsSceneMouseEvent");
+  return isOwn(&scene, press) || isOwn(&scene, release);
 }
 
 bool hasOwnKeyHandler(const QWidget& widget) {
-  static const std::optional<std::size_t> press = slotOf("_ZN7QWidget13keyPressEventEP9QKeyEvent");
-  return isOwn(widget, press);
+  static const std::optional<std::size_t> press =
+      slotOf(tableOfWidgets, "_ZN7QWidget13keyPressEventEP9QKeyEvent");
+  return isOwn(&widget, press);
 }
 
 }  // namespace tarnix::qt6

@@ -13,6 +13,7 @@
 #include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTextEdit>
+#include <QTreeView>
 
 #include "platforms/qt6/widgets/graphics_press.h"
 #include "platforms/qt6/widgets/label_link.h"
@@ -57,10 +58,21 @@ bool isHeaderOfCalendar(const QAbstractItemView& view, const QModelIndex& index)
            calendar->verticalHeaderFormat() != QCalendarWidget::NoVerticalHeader));
 }
 
+/// Whether a point of a row of a tree is where it is unfolded and folded, which goes with disabled
+/// rows too.
+bool unfoldsAt(const QAbstractItemView& view, const QModelIndex& index, QPoint point) {
+  const auto* const tree = qobject_cast<const QTreeView*>(&view);
+  return tree != nullptr && tree->itemsExpandable() && !tree->visualRect(index).contains(point) &&
+         tree->model()->hasChildren(index.siblingAtColumn(0));
+}
+
 PressReaction reactionOfView(const QAbstractItemView& view, QPoint point) {
-  const QModelIndex index = view.indexAt(view.viewport()->mapFrom(&view, point));
-  return keepsUnless(index.isValid() && (index.flags() & Qt::ItemIsEnabled) &&
-                     !isHeaderOfCalendar(view, index));
+  const QPoint inViewport = view.viewport()->mapFrom(&view, point);
+  const QModelIndex index = view.indexAt(inViewport);
+  if (index.isValid() && !(index.flags() & Qt::ItemIsEnabled)) {
+    return keepsUnless(unfoldsAt(view, index, inViewport));
+  }
+  return keepsUnless(index.isValid() && !isHeaderOfCalendar(view, index));
 }
 
 PressReaction reactionOfHeader(const QHeaderView& header, QPoint point) {

@@ -41,6 +41,7 @@ constexpr std::array knownClasses = {
     KnownClass{"QAbstractItemView", WidgetKind::itemView},
     KnownClass{"QColumnView", WidgetKind::columnView},
     KnownClass{"QScrollArea", WidgetKind::scrollArea},
+    KnownClass{"QGraphicsView", WidgetKind::graphicsView},
     KnownClass{"QQuickWidget", WidgetKind::quickWidget},
     KnownClass{"QWindowContainer", WidgetKind::windowContainer},
 };

@@ -35,6 +35,8 @@ enum class WidgetKind {
   /// An item view made of other item views.
   columnView,
   scrollArea,
+  /// Shows a scene of figures.
+  graphicsView,
   quickWidget,
   windowContainer,
 };

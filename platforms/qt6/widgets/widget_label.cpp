@@ -5,6 +5,7 @@
 #include <QAbstractSpinBox>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCommandLinkButton>
 #include <QDockWidget>
 #include <QGroupBox>
 #include <QIcon>
@@ -174,6 +175,7 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
     case WidgetKind::itemView:
     case WidgetKind::columnView:
     case WidgetKind::scrollArea:
+    case WidgetKind::graphicsView:
     case WidgetKind::quickWidget:
     case WidgetKind::windowContainer:
       break;
@@ -190,6 +192,12 @@ std::optional<QString> valueOf(const QWidget& widget, WidgetKind kind) {
       }
       return static_cast<const QAbstractButton&>(widget).isChecked() ? QStringLiteral("1")
                                                                      : QStringLiteral("0");
+    }
+    case WidgetKind::button: {
+      const auto* const command = qobject_cast<const QCommandLinkButton*>(&widget);
+      return command == nullptr || command->description().isEmpty()
+                 ? std::nullopt
+                 : std::optional(command->description());
     }
     case WidgetKind::groupBox: {
       const auto& box = static_cast<const QGroupBox&>(widget);

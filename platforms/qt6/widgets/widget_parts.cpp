@@ -1,11 +1,13 @@
 #include "platforms/qt6/widgets/widget_parts.h"
 
 #include <QAbstractItemView>
+#include <QGraphicsView>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
 
+#include "platforms/qt6/widgets/graphics_figures.h"
 #include "platforms/qt6/widgets/header_sections.h"
 #include "platforms/qt6/widgets/item_view_cells.h"
 #include "platforms/qt6/widgets/menu_entries.h"
@@ -20,6 +22,7 @@ bool hasParts(WidgetKind kind) {
     case WidgetKind::tabBar:
     case WidgetKind::menuBar:
     case WidgetKind::menu:
+    case WidgetKind::graphicsView:
       return true;
     default:
       return false;
@@ -44,6 +47,9 @@ PlainItems partsOf(const QWidget& widget, WidgetKind kind, QPointF topLeft,
       break;
     case WidgetKind::menu:
       parts = visibleEntries(static_cast<const QMenu&>(widget));
+      break;
+    case WidgetKind::graphicsView:
+      parts = visibleFigures(static_cast<const QGraphicsView&>(widget));
       break;
     default:
       break;

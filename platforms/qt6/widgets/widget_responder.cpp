@@ -41,13 +41,22 @@ bool takesKeys(const QWidget& widget) {
 
 WidgetResponder::WidgetResponder(QWidget& widget, WidgetKind kind, QPoint point,
                                  std::optional<bool> reacts)
-    : widget_(&widget), kind_(kind), point_(point), reacts_(reacts) {
+    : WidgetResponder(widget, kind, point, reacts, widget, point) {}
+
+WidgetResponder::WidgetResponder(QWidget& widget, WidgetKind kind, QPoint point,
+                                 std::optional<bool> reacts, QWidget& shownBy, QPoint pointThere)
+    : widget_(&widget),
+      kind_(kind),
+      point_(point),
+      shownBy_(&shownBy),
+      pointThere_(pointThere),
+      reacts_(reacts) {
   text_.widget = &widget;
   keys_.widget = &widget;
 }
 
 bool WidgetResponder::isUserInteractionEnabled() const {
-  const QWindow* const window = windowOf(widget_);
+  const QWindow* const window = windowOf(shownBy_);
   return widget_ != nullptr && widget_->isEnabled() && window != nullptr &&
          !isBlockedByModal(*window);
 }
@@ -93,8 +102,8 @@ platform::KeyInput* WidgetResponder::asKeyInput() {
 }
 
 void WidgetResponder::sendTouchUpInside() {
-  if (QWindow* const window = windowOf(widget_)) {
-    finger::tap(*window, widget_->mapTo(widget_->window(), point_));
+  if (QWindow* const window = windowOf(shownBy_)) {
+    finger::tap(*window, shownBy_->mapTo(shownBy_->window(), pointThere_));
   }
 }
 
