@@ -38,15 +38,35 @@ std::optional<std::size_t> slotOf(const char* tableName, const char* functionNam
   return std::nullopt;
 }
 
-/// Whether `object`, of any class with such a table, has code there that is not the toolkit's.
-bool isOwn(const void* object, std::optional<std::size_t> slot) {
+struct Handler {
+  bool isToolkits = false;
+  /// What the toolkit exports are the handlers of classes that anybody can use, which are known.
+  bool isExported = false;
+};
+
+/// Where the code stands that `object`, of any class with such a table, has in this place of it.
+std::optional<Handler> handlerOf(const void* object, std::optional<std::size_t> slot) {
   if (!slot) {
-    return false;
+    return std::nullopt;
   }
-  const void* const* const functions = *static_cast<const void* const* const*>(object);
+  const void* const function = (*static_cast<const void* const* const*>(object))[*slot];
   Dl_info origin{};
-  return dladdr(functions[*slot], &origin) != 0 && origin.dli_fname != nullptr &&
-         std::strstr(origin.dli_fname, "libQt6Widgets.so") == nullptr;
+  if (dladdr(function, &origin) == 0 || origin.dli_fname == nullptr) {
+    return std::nullopt;
+  }
+  return Handler{.isToolkits = std::strstr(origin.dli_fname, "libQt6Widgets.so") != nullptr,
+                 .isExported = origin.dli_saddr == function};
+}
+
+bool isOwn(const void* object, std::optional<std::size_t> slot) {
+  const std::optional<Handler> handler = handlerOf(object, slot);
+  return handler && !handler->isToolkits;
+}
+
+/// The colours of a colour dialog are of such a class.
+bool isOfUnknownClass(const void* object, std::optional<std::size_t> slot) {
+  const std::optional<Handler> handler = handlerOf(object, slot);
+  return handler && !(handler->isToolkits && handler->isExported);
 }
 
 constexpr const char* tableOfWidgets = "_ZTV7QWidget";
@@ -60,7 +80,7 @@ bool hasOwnPressHandler(const QWidget& widget) {
       slotOf(tableOfWidgets, "_ZN7QWidget15mousePressEventEP11QMouseEvent");
   static const std::optional<std::size_t> release =
       slotOf(tableOfWidgets, "_ZN7QWidget17mouseReleaseEventEP11QMouseEvent");
-  return isOwn(&widget, press) || isOwn(&widget, release);
+  return isOfUnknownClass(&widget, press) || isOwn(&widget, release);
 }
 
 bool hasOwnPressHandler(const QGraphicsItem& figure) {
@@ -79,6 +99,12 @@ bool hasOwnPressHandler(const QGraphicsScene& scene) {
   static const std::optional<std::size_t> release =
       slotOf(tableOfScenes, "_ZN14QGraphicsScene17mouseReleaseEventEP24QGraphicsSceneMouseEvent");
   return isOwn(&scene, press) || isOwn(&scene, release);
+}
+
+bool hasOwnMoveHandler(const QWidget& widget) {
+  static const std::optional<std::size_t> move =
+      slotOf(tableOfWidgets, "_ZN7QWidget14mouseMoveEventEP11QMouseEvent");
+  return isOfUnknownClass(&widget, move) || widget.inherits("QMdiSubWindow");
 }
 
 bool hasOwnKeyHandler(const QWidget& widget) {

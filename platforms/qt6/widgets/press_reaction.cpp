@@ -8,16 +8,20 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTextEdit>
 #include <QTreeView>
+#include <algorithm>
 
 #include "platforms/qt6/widgets/graphics_press.h"
 #include "platforms/qt6/widgets/label_link.h"
 #include "platforms/qt6/widgets/own_handlers.h"
+#include "platforms/qt6/widgets/title_bar_buttons.h"
 #include "platforms/qt6/widgets/widget_area.h"
 
 namespace tarnix::qt6 {
@@ -75,6 +79,19 @@ PressReaction reactionOfView(const QAbstractItemView& view, QPoint point) {
   return keepsUnless(index.isValid() && !isHeaderOfCalendar(view, index));
 }
 
+bool isInOneOf(const std::vector<PlainItem::Description>& buttons, QPoint point) {
+  return std::any_of(buttons.begin(), buttons.end(), [point](const PlainItem::Description& button) {
+    return button.area.contains(point);
+  });
+}
+
+/// A press anywhere on one that lies behind brings it to the front.
+PressReaction reactionOfSubWindow(const QMdiSubWindow& window, QPoint point) {
+  const QMdiArea* const area = window.mdiArea();
+  const bool isBehind = area != nullptr && area->activeSubWindow() != &window;
+  return keepsUnless(isBehind || isInOneOf(titleBarButtons(window), point));
+}
+
 PressReaction reactionOfHeader(const QHeaderView& header, QPoint point) {
   return keepsUnless(header.sectionsClickable() &&
                      header.logicalIndexAt(header.viewport()->mapFrom(&header, point)) >= 0);
@@ -118,6 +135,10 @@ PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point) {
       return keepsUnless(canBeChosen(static_cast<const QMenu&>(widget).actionAt(point)));
     case WidgetKind::header:
       return reactionOfHeader(static_cast<const QHeaderView&>(widget), point);
+    case WidgetKind::subWindow:
+      return reactionOfSubWindow(static_cast<const QMdiSubWindow&>(widget), point);
+    case WidgetKind::subWindowControls:
+      return keepsUnless(isInOneOf(controlButtons(widget), point));
     case WidgetKind::itemView:
       return reactionOfView(static_cast<const QAbstractItemView&>(widget), point);
     case WidgetKind::label:

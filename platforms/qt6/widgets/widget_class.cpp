@@ -37,6 +37,7 @@ constexpr std::array knownClasses = {
     KnownClass{"QStatusBar", WidgetKind::statusBar},
     KnownClass{"QDockWidget", WidgetKind::dockWidget},
     KnownClass{"QMdiSubWindow", WidgetKind::subWindow},
+    KnownClass{"QMdi::ControllerWidget", WidgetKind::subWindowControls},
     KnownClass{"QHeaderView", WidgetKind::header},
     KnownClass{"QAbstractItemView", WidgetKind::itemView},
     KnownClass{"QColumnView", WidgetKind::columnView},

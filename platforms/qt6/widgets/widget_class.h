@@ -30,6 +30,8 @@ enum class WidgetKind {
   statusBar,
   dockWidget,
   subWindow,
+  /// The buttons of a sub-window that fills its area.
+  subWindowControls,
   header,
   itemView,
   /// An item view made of other item views.

@@ -20,6 +20,7 @@
 #include <QTextEdit>
 
 #include "platforms/qt6/shared/icon_label.h"
+#include "platforms/qt6/widgets/bare_buttons.h"
 #include "platforms/qt6/widgets/buddies.h"
 #include "platforms/qt6/widgets/label_nearby.h"
 
@@ -135,7 +136,8 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
     case WidgetKind::toggle:
       return firstOf({withoutShownMnemonic(static_cast<const QAbstractButton&>(widget).text()),
                       name, plainText(widget.toolTip()),
-                      labelOfIcon(static_cast<const QAbstractButton&>(widget).icon().name())});
+                      labelOfIcon(static_cast<const QAbstractButton&>(widget).icon().name()),
+                      nameOfBareButton(widget)});
     case WidgetKind::lineEdit:
     case WidgetKind::textEdit:
     case WidgetKind::plainTextEdit:
@@ -175,6 +177,7 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
     case WidgetKind::itemView:
     case WidgetKind::columnView:
     case WidgetKind::scrollArea:
+    case WidgetKind::subWindowControls:
     case WidgetKind::graphicsView:
     case WidgetKind::quickWidget:
     case WidgetKind::windowContainer:

@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QGraphicsView>
 #include <QHeaderView>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
@@ -12,6 +13,7 @@
 #include "platforms/qt6/widgets/item_view_cells.h"
 #include "platforms/qt6/widgets/menu_entries.h"
 #include "platforms/qt6/widgets/tabs.h"
+#include "platforms/qt6/widgets/title_bar_buttons.h"
 
 namespace tarnix::qt6 {
 
@@ -23,6 +25,8 @@ bool hasParts(WidgetKind kind) {
     case WidgetKind::menuBar:
     case WidgetKind::menu:
     case WidgetKind::graphicsView:
+    case WidgetKind::subWindow:
+    case WidgetKind::subWindowControls:
       return true;
     default:
       return false;
@@ -50,6 +54,12 @@ PlainItems partsOf(const QWidget& widget, WidgetKind kind, QPointF topLeft,
       break;
     case WidgetKind::graphicsView:
       parts = visibleFigures(static_cast<const QGraphicsView&>(widget));
+      break;
+    case WidgetKind::subWindow:
+      parts = titleBarButtons(static_cast<const QMdiSubWindow&>(widget));
+      break;
+    case WidgetKind::subWindowControls:
+      parts = controlButtons(widget);
       break;
     default:
       break;

@@ -37,6 +37,11 @@ bool takesKeys(const QWidget& widget) {
   return false;
 }
 
+/// Some look for what lies under the mouse when it moves, and press that.
+bool followsMouse(const QWidget& widget) {
+  return widget.hasMouseTracking() && hasOwnMoveHandler(widget);
+}
+
 }  // namespace
 
 WidgetResponder::WidgetResponder(QWidget& widget, WidgetKind kind, QPoint point,
@@ -102,8 +107,16 @@ platform::KeyInput* WidgetResponder::asKeyInput() {
 }
 
 void WidgetResponder::sendTouchUpInside() {
-  if (QWindow* const window = windowOf(shownBy_)) {
-    finger::tap(*window, shownBy_->mapTo(shownBy_->window(), pointThere_));
+  const QPointer<QWindow> window = windowOf(shownBy_);
+  if (window == nullptr) {
+    return;
+  }
+  const QPoint point = shownBy_->mapTo(shownBy_->window(), pointThere_);
+  if (followsMouse(*widget_)) {
+    finger::approach(*window, point);
+  }
+  if (window != nullptr) {
+    finger::tap(*window, point);
   }
 }
 
