@@ -2,6 +2,7 @@
 
 #include <QGraphicsItem>
 #include <QGraphicsProxyWidget>
+#include <QGraphicsScene>
 #include <QGraphicsTextItem>
 #include <QGraphicsView>
 
@@ -88,6 +89,39 @@ bool reactsInScene(const QGraphicsView& view, QPoint point) {
   });
   return result ||
          (view.isInteractive() && view.scene() != nullptr && hasOwnPressHandler(*view.scene()));
+}
+
+QWidget* focusedInScene(const QGraphicsView& view) {
+  if (!view.isInteractive() || view.scene() == nullptr) {
+    return nullptr;
+  }
+  const auto focusedIn = [](const QGraphicsItem* figure) -> QWidget* {
+    const auto* const proxy = dynamic_cast<const QGraphicsProxyWidget*>(figure);
+    return proxy == nullptr || proxy->widget() == nullptr ? nullptr
+                                                          : proxy->widget()->focusWidget();
+  };
+  if (const QGraphicsItem* const focused = view.scene()->focusItem()) {
+    return focusedIn(focused);
+  }
+  for (const QGraphicsItem* figure : view.items()) {
+    if (figure->focusItem() == figure) {
+      return focusedIn(figure);
+    }
+  }
+  return nullptr;
+}
+
+bool isFigureFocused(const QGraphicsView& view) {
+  return view.isInteractive() && view.scene() != nullptr &&
+         (view.scene()->focusItem() != nullptr || focusedInScene(view) != nullptr);
+}
+
+bool takesKeysInScene(const QGraphicsView& view) {
+  if (!view.isInteractive() || view.scene() == nullptr) {
+    return false;
+  }
+  const QGraphicsItem* const focused = view.scene()->focusItem();
+  return hasOwnKeyHandler(*view.scene()) || (focused != nullptr && hasOwnKeyHandler(*focused));
 }
 
 }  // namespace tarnix::qt6

@@ -5,6 +5,7 @@
 class QGraphicsItem;
 class QGraphicsProxyWidget;
 class QGraphicsView;
+class QWidget;
 
 namespace tarnix::qt6 {
 
@@ -19,5 +20,16 @@ const QGraphicsProxyWidget* widgetInScene(const QGraphicsView& view, QPoint poin
 /// Whether a press at `point` of `view`, in its own coordinates, makes anything in its scene react.
 /// Main thread.
 bool reactsInScene(const QGraphicsView& view, QPoint point);
+
+/// What has the focus in the scene of a view: a widget that stands there. Known also while the
+/// window is in the background, when the scene itself gives no figure the focus. Null when it is no
+/// widget. Main thread.
+QWidget* focusedInScene(const QGraphicsView& view);
+
+/// Whether a figure of the scene has the focus, be it a widget. Main thread.
+bool isFigureFocused(const QGraphicsView& view);
+
+/// Whether keys that a view gets do anything in its scene. Main thread.
+bool takesKeysInScene(const QGraphicsView& view);
 
 }  // namespace tarnix::qt6

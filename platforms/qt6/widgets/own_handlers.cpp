@@ -113,4 +113,16 @@ bool hasOwnKeyHandler(const QWidget& widget) {
   return isOwn(&widget, press);
 }
 
+bool hasOwnKeyHandler(const QGraphicsItem& figure) {
+  static const std::optional<std::size_t> press =
+      slotOf(tableOfFigures, "_ZN13QGraphicsItem13keyPressEventEP9QKeyEvent");
+  return isOwn(&figure, press);
+}
+
+bool hasOwnKeyHandler(const QGraphicsScene& scene) {
+  static const std::optional<std::size_t> press =
+      slotOf(tableOfScenes, "_ZN14QGraphicsScene13keyPressEventEP9QKeyEvent");
+  return isOwn(&scene, press);
+}
+
 }  // namespace tarnix::qt6

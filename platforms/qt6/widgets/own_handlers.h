@@ -20,5 +20,7 @@ bool hasOwnMoveHandler(const QWidget& widget);
 
 /// The same of keys.
 bool hasOwnKeyHandler(const QWidget& widget);
+bool hasOwnKeyHandler(const QGraphicsItem& figure);
+bool hasOwnKeyHandler(const QGraphicsScene& scene);
 
 }  // namespace tarnix::qt6

@@ -2,6 +2,7 @@
 // of items of which some are disabled. What happens to one is said on standard error as "did: NAME
 // WHAT".
 #include <QApplication>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsRectItem>
@@ -9,8 +10,13 @@
 #include <QGraphicsSimpleTextItem>
 #include <QGraphicsTextItem>
 #include <QGraphicsView>
+#include <QKeyEvent>
+#include <QKeySequenceEdit>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableWidget>
@@ -29,7 +35,11 @@ class Piece : public QGraphicsRectItem {
   using QGraphicsRectItem::QGraphicsRectItem;
 
  protected:
-  void mousePressEvent(QGraphicsSceneMouseEvent*) override { did("piece"); }
+  void mousePressEvent(QGraphicsSceneMouseEvent*) override {
+    did("piece");
+    setFocus();
+  }
+  void keyPressEvent(QKeyEvent* event) override { did("key " + event->text()); }
 };
 
 /// Text that does something although it cannot be edited.
@@ -91,6 +101,7 @@ void fill(QGraphicsScene& scene) {
   auto* const piece = new Piece(0, 0, 40, 40);
   piece->setPos(10, 40);
   piece->setToolTip("<b>Knight</b>");
+  piece->setFlag(QGraphicsItem::ItemIsFocusable);
   scene.addItem(piece);
   auto* const word = new Word("Own words");
   word->setPos(100, 40);
@@ -142,6 +153,31 @@ int main(int argumentCount, char** arguments) {
   top->setFlags(top->flags() & ~Qt::ItemIsEnabled);
   new QTreeWidgetItem(top, QStringList("Leaf"));
   QObject::connect(&tree, &QTreeWidget::itemExpanded, [] { did("unfolded"); });
+  QMdiArea area(&window);
+  area.setGeometry(620, 430, 270, 140);
+  QMdiSubWindow* const inner = area.addSubWindow(new QLabel("Paper"));
+  inner->setWindowTitle("Inner");
+  inner->setGeometry(5, 5, 220, 100);
+  QObject::connect(inner, &QMdiSubWindow::windowStateChanged,
+                   [](Qt::WindowStates, Qt::WindowStates state) {
+                     did(state.testFlag(Qt::WindowMinimized) ? "small" : "not small");
+                   });
+  QLineEdit search("text", &window);
+  search.setGeometry(620, 580, 130, 30);
+  search.setClearButtonEnabled(true);
+  QObject::connect(&search, &QLineEdit::textChanged,
+                   [](const QString& text) { did("search " + text); });
+  QKeySequenceEdit keys(&window);
+  keys.setGeometry(760, 580, 130, 30);
+  QObject::connect(&keys, &QKeySequenceEdit::keySequenceChanged,
+                   [](const QKeySequence& sequence) { did("keys " + sequence.toString()); });
+  QPushButton colour("Colour", &window);
+  colour.setGeometry(10, 610, 100, 28);
+  QObject::connect(&colour, &QPushButton::clicked, [&window] {
+    auto* const dialog = new QColorDialog(&window);
+    QObject::connect(dialog, &QColorDialog::currentColorChanged, [] { did("colour"); });
+    dialog->open();
+  });
   window.show();
   return QApplication::exec();
 }

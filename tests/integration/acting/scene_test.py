@@ -50,6 +50,10 @@ class SceneTest(unittest.TestCase):
     def test_figures_react_when_they_take_presses(self):
         self.tap("Knight", "Tapped control: ", ["piece"])
         self.application.forget()
+        self.assertEqual(self.application.type("k")["message"],
+                         "Typed 1 characters via UIKeyInput")
+        self.assertEqual(self.application.wait_for_deeds(["key k"]), ["key k"])
+        self.application.forget()
         self.tap("Own words", "Tapped control: ", ["word"])
         self.application.forget()
         self.tap("Ornament", "No tappable element at", [])
@@ -70,6 +74,25 @@ class SceneTest(unittest.TestCase):
         answer = self.application.swipe(x, y, x, y - 60)
         self.assertEqual(answer["message"], "Scrolled by (0,60)")
         self.assertEqual(self.application.wait_for_deeds(["list at 60"]), ["list at 60"])
+
+    def test_buttons_that_a_window_inside_a_window_paints(self):
+        self.tap("Minimize", "Tapped control: Inner", ["small"])
+        self.application.forget()
+        self.tap("Restore", "Tapped control: Inner", ["not small"])
+
+    def test_signs_and_colours_of_the_toolkits_own(self):
+        self.tap("Clear", "Tapped control: Clear", ["search "])
+        self.application.forget()
+        self.application.tap_label("Press shortcut")
+        self.assertEqual(self.application.type("k")["message"],
+                         "Typed 1 characters via UIKeyInput")
+        self.assertEqual(self.application.wait_for_deeds(["keys K"]), ["keys K"])
+        self.application.tap_label("Colour")
+        x, y = self.application.find("Basic colors")
+        self.assertTrue(self.application.tap(x, y + 40)["success"])
+        acting_support.support.wait_for(lambda: "colour" in self.application.did(), "a colour")
+        self.application.tap_label("Cancel")
+        self.application.find("Inside")
 
     def test_boxes_without_a_text_are_called_after_their_column(self):
         boxes = [element for element in self.application.screen()
