@@ -207,6 +207,24 @@ TEST_F(WidgetTouchTest, AModalDialogKeepsTouchesFromWhatIsBehind) {
   EXPECT_EQ(tap(60, 25), "inside as inside");
 }
 
+TEST_F(WidgetTouchTest, OfModalDialogsTheLastOneTakesTouches) {
+  QDialog first(&window_);
+  QDialog second(&window_);
+  for (QDialog* dialog : {&first, &second}) {
+    dialog->setModal(true);
+    dialog->resize(200, 100);
+  }
+  button("earlier", {0, 0, 100, 50}, &first);
+  button("later", {0, 0, 100, 50}, &second);
+  show();
+  show(first);
+  show(second);
+  EXPECT_EQ(tap(25, 25), "later as later");
+  second.close();
+  show(first);
+  EXPECT_EQ(tap(25, 25), "earlier as earlier");
+}
+
 TEST_F(WidgetTouchTest, ReachesWhatIsTurnedInAGraphicsScene) {
   QGraphicsScene scene;
   auto* const inside = new QPushButton("inside");
