@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstring>
 #include <optional>
+#include <unordered_map>
 
 namespace tarnix::qt6 {
 
@@ -49,13 +50,17 @@ std::optional<Handler> handlerOf(const void* object, std::optional<std::size_t> 
   if (!slot) {
     return std::nullopt;
   }
+  // Looking one up takes longer than all else that is asked of a thing; there are few.
+  static auto& known = *new std::unordered_map<const void*, std::optional<Handler>>;
   const void* const function = (*static_cast<const void* const* const*>(object))[*slot];
+  const auto [entry, isNew] = known.try_emplace(function);
   Dl_info origin{};
-  if (dladdr(function, &origin) == 0 || origin.dli_fname == nullptr) {
-    return std::nullopt;
+  if (isNew && dladdr(function, &origin) != 0 && origin.dli_fname != nullptr) {
+    entry->second =
+        Handler{.isToolkits = std::strstr(origin.dli_fname, "libQt6Widgets.so") != nullptr,
+                .isExported = origin.dli_saddr == function};
   }
-  return Handler{.isToolkits = std::strstr(origin.dli_fname, "libQt6Widgets.so") != nullptr,
-                 .isExported = origin.dli_saddr == function};
+  return entry->second;
 }
 
 bool isOwn(const void* object, std::optional<std::size_t> slot) {
