@@ -207,10 +207,29 @@ TEST_F(WidgetTouchTest, AModalDialogKeepsTouchesFromWhatIsBehind) {
   EXPECT_EQ(tap(60, 25), "inside as inside");
 }
 
+TEST_F(WidgetTouchTest, OfModalDialogsTheLastOneTakesTouches) {
+  QDialog first(&window_);
+  QDialog second(&window_);
+  for (QDialog* dialog : {&first, &second}) {
+    dialog->setModal(true);
+    dialog->resize(200, 100);
+  }
+  button("earlier", {0, 0, 100, 50}, &first);
+  button("later", {0, 0, 100, 50}, &second);
+  show();
+  show(first);
+  show(second);
+  EXPECT_EQ(tap(25, 25), "later as later");
+  second.close();
+  show(first);
+  EXPECT_EQ(tap(25, 25), "earlier as earlier");
+}
+
 TEST_F(WidgetTouchTest, ReachesWhatIsTurnedInAGraphicsScene) {
   QGraphicsScene scene;
   auto* const inside = new QPushButton("inside");
   QObject::connect(inside, &QPushButton::clicked, [this] { deeds_ << "inside"; });
+  inside->setObjectName("button");
   inside->setFixedSize(100, 40);
   QGraphicsProxyWidget* const proxy = scene.addWidget(inside);
   QGraphicsView view(&scene, &window_);
@@ -224,10 +243,10 @@ TEST_F(WidgetTouchTest, ReachesWhatIsTurnedInAGraphicsScene) {
   proxy->setPos(180, 10);
   proxy->setRotation(90);
   show();
-  EXPECT_EQ(tap(160, 60), "inside as view");
+  EXPECT_EQ(tap(160, 60), "inside as button");
   EXPECT_EQ(tap(230, 30), "- as -");
   proxy->setScale(1.5);
-  EXPECT_EQ(tap(130, 150), "inside as view");
+  EXPECT_EQ(tap(130, 150), "inside as button");
   QGraphicsRectItem* const figure = scene.addRect(0, 0, 20, 20);
   EXPECT_EQ(tap(10, 10), "- as -");
   figure->setFlag(QGraphicsItem::ItemIsSelectable);

@@ -52,6 +52,22 @@ bool areaIsListenedTo(const QQuickItem& area) {
   return false;
 }
 
+/// The days of a month are painted by items that take no press, with nothing between them.
+bool isOverDay(const QQuickItem& grid, QPointF point) {
+  const auto* const content = grid.property("contentItem").value<QQuickItem*>();
+  const QPointF inside = content == nullptr ? QPointF() : grid.mapToItem(content, point);
+  return content != nullptr && content->childAt(inside.x(), inside.y()) != nullptr;
+}
+
+bool monthIsListenedTo(const QQuickItem& grid) {
+  for (const char* signal : {"clicked(QDate)", "pressed(QDate)", "released(QDate)"}) {
+    if (OpenObject::listensAnybody(grid, signal)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 bool isOverLink(QQuickItem& text, QPointF point) {
   QString link;
   QMetaObject::invokeMethod(&text, "linkAt", Qt::DirectConnection, Q_RETURN_ARG(QString, link),
@@ -95,13 +111,16 @@ Reaction reactionOfOverlay(const QQuickItem& overlay) {
 }
 
 /// Of items that are none of the known controls.
-Reaction reactionOfPlain(const QQuickItem& item) {
+Reaction reactionOfPlain(const QQuickItem& item, QPointF point) {
   if (isA(item, "QQuickMouseArea")) {
     return item.property("enabled").toBool() ? keepsUnless(areaIsListenedTo(item))
                                              : Reaction::passesOn;
   }
   if (isA(item, "QQuickMultiPointTouchArea")) {
     return reactsIf(item.property("mouseEnabled").toBool());
+  }
+  if (isA(item, "QQuickMonthGrid")) {
+    return keepsUnless(isOverDay(item, point) && monthIsListenedTo(item));
   }
   if (isA(item, "QQuickPageIndicator")) {
     return reactsIf(item.property("interactive").toBool());
@@ -160,13 +179,23 @@ Reaction reactionOf(QQuickItem& item, QPointF point) {
     case ItemKind::plain:
       break;
   }
-  return reactionOfPlain(item);
+  return reactionOfPlain(item, point);
+}
+
+/// A table takes presses on its cells to choose one, by a handler of its own, also where none can
+/// be chosen.
+bool isTableWithoutChoice(const QQuickItem& content) {
+  const QQuickItem* const table = content.parentItem();
+  return table != nullptr && isA(*table, "QQuickTableView") &&
+         table->property("selectionModel").value<QObject*>() == nullptr &&
+         table->property("contentItem").value<QQuickItem*>() == &content;
 }
 
 /// `isKept`: an item in front has taken the press. Handlers that only look on see it all the same.
 bool hasTapHandler(const QQuickItem& item, bool isKept) {
   for (const QObject* child : item.children()) {
-    if (!isA(*child, "QQuickTapHandler") || !child->property("enabled").toBool()) {
+    if (!isA(*child, "QQuickTapHandler") || !child->property("enabled").toBool() ||
+        isTableWithoutChoice(item)) {
       continue;
     }
     constexpr int dragThreshold = 0;

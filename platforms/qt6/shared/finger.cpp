@@ -64,7 +64,8 @@ EventTimes& eventTimes() {
   return instance;
 }
 
-void send(QWindow& window, QPointF point, QEvent::Type type) {
+void send(QWindow& window, QPointF point, QEvent::Type type,
+          Qt::MouseButton button = Qt::LeftButton) {
   static const auto handleMouseEvent = guiSymbol<HandleMouseEvent>(
       "_Z19qt_handleMouseEventP7QWindowRK7QPointFS3_6QFlagsIN2Qt11MouseButtonEES6_N6QEvent4TypeES4_"
       "INS5_16KeyboardModifierEEi");
@@ -73,9 +74,9 @@ void send(QWindow& window, QPointF point, QEvent::Type type) {
   const Qt::MouseButtons held = isPress ? Qt::LeftButton : Qt::NoButton;
   const int time = isPress ? eventTimes().ofPress(global) : eventTimes().ofRelease();
   if (handleMouseEvent != nullptr) {
-    handleMouseEvent(&window, point, global, held, Qt::LeftButton, type, Qt::NoModifier, time);
+    handleMouseEvent(&window, point, global, held, button, type, Qt::NoModifier, time);
   } else if (!isBlockedByModal(window)) {
-    QMouseEvent event(type, point, point, global, Qt::LeftButton, held, Qt::NoModifier);
+    QMouseEvent event(type, point, point, global, button, held, Qt::NoModifier);
     event.setTimestamp(static_cast<quint64>(time));
     QCoreApplication::sendEvent(&window, &event);
   }
@@ -117,6 +118,10 @@ void tap(QWindow& window, QPointF point) {
   QTimer::singleShot(restingTime, QCoreApplication::instance(), [release] { release->happen(); });
   send(window, point, QEvent::MouseButtonPress);
   release->happen();
+}
+
+void approach(QWindow& window, QPointF point) {
+  send(window, point, QEvent::MouseMove, Qt::NoButton);
 }
 
 }  // namespace tarnix::qt6::finger

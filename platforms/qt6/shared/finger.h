@@ -13,4 +13,7 @@ namespace tarnix::qt6::finger {
 /// menu does, the finger is lifted in that loop.
 void tap(QWindow& window, QPointF point);
 
+/// Comes to `point` of the window without touching it, as a mouse does before it presses.
+void approach(QWindow& window, QPointF point);
+
 }  // namespace tarnix::qt6::finger

@@ -28,6 +28,11 @@ bool blocks(const QWindow& modal, const QWindow& window) {
 }  // namespace
 
 bool isBlockedByModal(const QWindow& window) {
+  // The one that was opened last is over all others, also over those that it does not belong to.
+  const QWindow* const last = QGuiApplication::modalWindow();
+  if (last != nullptr && belongsTo(&window, *last)) {
+    return false;
+  }
   for (const QWindow* modal : QGuiApplication::topLevelWindows()) {
     if (blocks(*modal, window)) {
       return true;

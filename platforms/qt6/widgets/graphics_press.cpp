@@ -2,30 +2,16 @@
 
 #include <QGraphicsItem>
 #include <QGraphicsProxyWidget>
+#include <QGraphicsScene>
 #include <QGraphicsTextItem>
 #include <QGraphicsView>
-#include <algorithm>
-#include <array>
-#include <string_view>
-#include <typeinfo>
 
+#include "platforms/qt6/widgets/own_handlers.h"
 #include "platforms/qt6/widgets/press_reaction.h"
 
 namespace tarnix::qt6 {
 
 namespace {
-
-/// The toolkit's own figures, as the compiler writes their classes. They do nothing with a press
-/// unless they can be selected or moved.
-constexpr std::array<std::string_view, 8> plainFigures = {
-    "17QGraphicsRectItem",       "20QGraphicsEllipseItem", "20QGraphicsPolygonItem",
-    "17QGraphicsPathItem",       "17QGraphicsLineItem",    "19QGraphicsPixmapItem",
-    "23QGraphicsSimpleTextItem", "18QGraphicsItemGroup"};
-
-bool isPlainFigure(const QGraphicsItem& item) {
-  const std::string_view name = typeid(item).name();
-  return std::find(plainFigures.begin(), plainFigures.end(), name) != plainFigures.end();
-}
 
 bool reactsInside(const QGraphicsProxyWidget& proxy, QPointF point) {
   const QWidget* const outermost = proxy.widget();
@@ -49,39 +35,93 @@ bool reactsInside(const QGraphicsProxyWidget& proxy, QPointF point) {
 }
 
 bool reacts(const QGraphicsItem& item, QPointF scenePoint) {
-  if (item.flags() & (QGraphicsItem::ItemIsSelectable | QGraphicsItem::ItemIsMovable)) {
-    return true;
-  }
-  if (const auto* const proxy = qgraphicsitem_cast<const QGraphicsProxyWidget*>(&item)) {
+  if (const auto* const proxy = dynamic_cast<const QGraphicsProxyWidget*>(&item)) {
     return reactsInside(*proxy, proxy->mapFromScene(scenePoint));
   }
-  if (const auto* const text = qgraphicsitem_cast<const QGraphicsTextItem*>(&item)) {
-    return text->textInteractionFlags() != Qt::NoTextInteraction;
+  return reactsToPress(item);
+}
+
+/// Asks what a press at `point` arrives at, front to back, as the scene hands it on, until `visit`
+/// says that it has gone far enough.
+template <typename Visit>
+void forEachReached(const QGraphicsView& view, QPoint point, Visit visit) {
+  if (!view.isInteractive()) {
+    return;
   }
-  return !isPlainFigure(item);
+  const QPoint inViewport = view.viewport()->mapFrom(&view, point);
+  const QPointF scenePoint = view.mapToScene(inViewport);
+  for (const QGraphicsItem* item : view.items(inViewport)) {
+    if (item->acceptedMouseButtons().testFlag(Qt::LeftButton) &&
+        (!item->isEnabled() || visit(*item, scenePoint))) {
+      return;
+    }
+  }
 }
 
 }  // namespace
 
-bool reactsInScene(const QGraphicsView& view, QPoint point) {
-  if (!view.isInteractive()) {
+bool reactsToPress(const QGraphicsItem& figure) {
+  if (!figure.isEnabled() || !figure.acceptedMouseButtons().testFlag(Qt::LeftButton) ||
+      dynamic_cast<const QGraphicsProxyWidget*>(&figure) != nullptr) {
     return false;
   }
-  const QPoint inViewport = view.viewport()->mapFrom(&view, point);
-  const QPointF scenePoint = view.mapToScene(inViewport);
-  // Front to back, as the scene hands a press on.
-  for (const QGraphicsItem* item : view.items(inViewport)) {
-    if (!item->acceptedMouseButtons().testFlag(Qt::LeftButton)) {
-      continue;
-    }
-    if (!item->isEnabled()) {
-      return false;
-    }
-    if (reacts(*item, scenePoint)) {
-      return true;
+  if (figure.flags() & (QGraphicsItem::ItemIsSelectable | QGraphicsItem::ItemIsMovable)) {
+    return true;
+  }
+  const auto* const text = dynamic_cast<const QGraphicsTextItem*>(&figure);
+  return (text != nullptr && text->textInteractionFlags() != Qt::NoTextInteraction) ||
+         hasOwnPressHandler(figure);
+}
+
+const QGraphicsProxyWidget* widgetInScene(const QGraphicsView& view, QPoint point) {
+  const QGraphicsProxyWidget* result = nullptr;
+  forEachReached(view, point, [&](const QGraphicsItem& item, QPointF) {
+    result = dynamic_cast<const QGraphicsProxyWidget*>(&item);
+    return result != nullptr || reactsToPress(item);
+  });
+  return result;
+}
+
+bool reactsInScene(const QGraphicsView& view, QPoint point) {
+  bool result = false;
+  forEachReached(view, point, [&](const QGraphicsItem& item, QPointF scenePoint) {
+    return result = reacts(item, scenePoint);
+  });
+  return result ||
+         (view.isInteractive() && view.scene() != nullptr && hasOwnPressHandler(*view.scene()));
+}
+
+QWidget* focusedInScene(const QGraphicsView& view) {
+  if (!view.isInteractive() || view.scene() == nullptr) {
+    return nullptr;
+  }
+  const auto focusedIn = [](const QGraphicsItem* figure) -> QWidget* {
+    const auto* const proxy = dynamic_cast<const QGraphicsProxyWidget*>(figure);
+    return proxy == nullptr || proxy->widget() == nullptr ? nullptr
+                                                          : proxy->widget()->focusWidget();
+  };
+  if (const QGraphicsItem* const focused = view.scene()->focusItem()) {
+    return focusedIn(focused);
+  }
+  for (const QGraphicsItem* figure : view.items()) {
+    if (figure->focusItem() == figure) {
+      return focusedIn(figure);
     }
   }
-  return false;
+  return nullptr;
+}
+
+bool isFigureFocused(const QGraphicsView& view) {
+  return view.isInteractive() && view.scene() != nullptr &&
+         (view.scene()->focusItem() != nullptr || focusedInScene(view) != nullptr);
+}
+
+bool takesKeysInScene(const QGraphicsView& view) {
+  if (!view.isInteractive() || view.scene() == nullptr) {
+    return false;
+  }
+  const QGraphicsItem* const focused = view.scene()->focusItem();
+  return hasOwnKeyHandler(*view.scene()) || (focused != nullptr && hasOwnKeyHandler(*focused));
 }
 
 }  // namespace tarnix::qt6

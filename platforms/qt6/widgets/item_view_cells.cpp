@@ -8,6 +8,9 @@
 #include <QTreeView>
 #include <algorithm>
 
+#include "platforms/qt6/shared/visible_text.h"
+#include "platforms/qt6/widgets/cell_check_box.h"
+
 namespace tarnix::qt6 {
 
 namespace {
@@ -17,7 +20,7 @@ namespace traits = platform::accessibility_traits;
 // No screen shows more cells. A view whose layout is not done may claim to.
 constexpr std::size_t mostCells = 20'000;
 
-QString shownText(const QAbstractItemView& view, const QModelIndex& index) {
+QString textOf(const QAbstractItemView& view, const QModelIndex& index) {
   const QString accessible = index.data(Qt::AccessibleTextRole).toString();
   if (!accessible.isEmpty()) {
     return accessible;
@@ -33,6 +36,32 @@ QString shownText(const QAbstractItemView& view, const QModelIndex& index) {
   const auto* const delegate =
       qobject_cast<const QStyledItemDelegate*>(view.itemDelegateForIndex(index));
   return delegate == nullptr ? data.toString() : delegate->displayText(data, view.locale());
+}
+
+const QHeaderView* titlesOf(const QAbstractItemView& view) {
+  if (const auto* const table = qobject_cast<const QTableView*>(&view)) {
+    return table->horizontalHeader();
+  }
+  const auto* const tree = qobject_cast<const QTreeView*>(&view);
+  return tree == nullptr ? nullptr : tree->header();
+}
+
+/// What a cell reads. One without a text, which is a picture or a box to check, is told by its tool
+/// tip or by the title above it.
+QString shownText(const QAbstractItemView& view, const QModelIndex& index) {
+  const QString text = textOf(view, index);
+  if (!text.trimmed().isEmpty()) {
+    return text;
+  }
+  const bool hasBox = index.data(Qt::CheckStateRole).isValid();
+  if (!hasBox && !index.data(Qt::DecorationRole).isValid()) {
+    return text;
+  }
+  const QString tip = plainText(index.data(Qt::ToolTipRole).toString());
+  const QHeaderView* const titles = hasBox && tip.isEmpty() ? titlesOf(view) : nullptr;
+  return titles == nullptr || titles->isHidden()
+             ? tip
+             : view.model()->headerData(index.column(), Qt::Horizontal, Qt::DisplayRole).toString();
 }
 
 /// Adds the cells of one view.
@@ -64,6 +93,10 @@ class CellCollector {
       cell.value = checkState.toInt() == Qt::PartiallyChecked ? QStringLiteral("mixed")
                    : checkState.toInt() == Qt::Checked        ? QStringLiteral("1")
                                                               : QStringLiteral("0");
+      const QRect box = checkBoxOf(view_, index).translated(viewport_.topLeft());
+      if (box.intersects(visible)) {
+        cell.area = box.intersected(visible);
+      }
     }
     cells_.push_back(std::move(cell));
     return true;

@@ -8,15 +8,20 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTextEdit>
+#include <QTreeView>
+#include <algorithm>
 
 #include "platforms/qt6/widgets/graphics_press.h"
 #include "platforms/qt6/widgets/label_link.h"
 #include "platforms/qt6/widgets/own_handlers.h"
+#include "platforms/qt6/widgets/title_bar_buttons.h"
 #include "platforms/qt6/widgets/widget_area.h"
 
 namespace tarnix::qt6 {
@@ -57,10 +62,34 @@ bool isHeaderOfCalendar(const QAbstractItemView& view, const QModelIndex& index)
            calendar->verticalHeaderFormat() != QCalendarWidget::NoVerticalHeader));
 }
 
+/// Whether a point of a row of a tree is where it is unfolded and folded, which goes with disabled
+/// rows too.
+bool unfoldsAt(const QAbstractItemView& view, const QModelIndex& index, QPoint point) {
+  const auto* const tree = qobject_cast<const QTreeView*>(&view);
+  return tree != nullptr && tree->itemsExpandable() && !tree->visualRect(index).contains(point) &&
+         tree->model()->hasChildren(index.siblingAtColumn(0));
+}
+
 PressReaction reactionOfView(const QAbstractItemView& view, QPoint point) {
-  const QModelIndex index = view.indexAt(view.viewport()->mapFrom(&view, point));
-  return keepsUnless(index.isValid() && (index.flags() & Qt::ItemIsEnabled) &&
-                     !isHeaderOfCalendar(view, index));
+  const QPoint inViewport = view.viewport()->mapFrom(&view, point);
+  const QModelIndex index = view.indexAt(inViewport);
+  if (index.isValid() && !(index.flags() & Qt::ItemIsEnabled)) {
+    return keepsUnless(unfoldsAt(view, index, inViewport));
+  }
+  return keepsUnless(index.isValid() && !isHeaderOfCalendar(view, index));
+}
+
+bool isInOneOf(const std::vector<PlainItem::Description>& buttons, QPoint point) {
+  return std::any_of(buttons.begin(), buttons.end(), [point](const PlainItem::Description& button) {
+    return button.area.contains(point);
+  });
+}
+
+/// A press anywhere on one that lies behind brings it to the front.
+PressReaction reactionOfSubWindow(const QMdiSubWindow& window, QPoint point) {
+  const QMdiArea* const area = window.mdiArea();
+  const bool isBehind = area != nullptr && area->activeSubWindow() != &window;
+  return keepsUnless(isBehind || isInOneOf(titleBarButtons(window), point));
 }
 
 PressReaction reactionOfHeader(const QHeaderView& header, QPoint point) {
@@ -106,6 +135,10 @@ PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point) {
       return keepsUnless(canBeChosen(static_cast<const QMenu&>(widget).actionAt(point)));
     case WidgetKind::header:
       return reactionOfHeader(static_cast<const QHeaderView&>(widget), point);
+    case WidgetKind::subWindow:
+      return reactionOfSubWindow(static_cast<const QMdiSubWindow&>(widget), point);
+    case WidgetKind::subWindowControls:
+      return keepsUnless(isInOneOf(controlButtons(widget), point));
     case WidgetKind::itemView:
       return reactionOfView(static_cast<const QAbstractItemView&>(widget), point);
     case WidgetKind::label:

@@ -37,10 +37,12 @@ constexpr std::array knownClasses = {
     KnownClass{"QStatusBar", WidgetKind::statusBar},
     KnownClass{"QDockWidget", WidgetKind::dockWidget},
     KnownClass{"QMdiSubWindow", WidgetKind::subWindow},
+    KnownClass{"QMdi::ControllerWidget", WidgetKind::subWindowControls},
     KnownClass{"QHeaderView", WidgetKind::header},
     KnownClass{"QAbstractItemView", WidgetKind::itemView},
     KnownClass{"QColumnView", WidgetKind::columnView},
     KnownClass{"QScrollArea", WidgetKind::scrollArea},
+    KnownClass{"QGraphicsView", WidgetKind::graphicsView},
     KnownClass{"QQuickWidget", WidgetKind::quickWidget},
     KnownClass{"QWindowContainer", WidgetKind::windowContainer},
 };

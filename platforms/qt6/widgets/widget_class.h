@@ -30,11 +30,15 @@ enum class WidgetKind {
   statusBar,
   dockWidget,
   subWindow,
+  /// The buttons of a sub-window that fills its area.
+  subWindowControls,
   header,
   itemView,
   /// An item view made of other item views.
   columnView,
   scrollArea,
+  /// Shows a scene of figures.
+  graphicsView,
   quickWidget,
   windowContainer,
 };

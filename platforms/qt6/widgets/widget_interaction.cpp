@@ -65,6 +65,7 @@ bool hasGestureRecognizers(const QWidget& widget, WidgetKind kind) {
     case WidgetKind::header:
     case WidgetKind::dockWidget:
     case WidgetKind::subWindow:
+    case WidgetKind::subWindowControls:
       return true;
     default:
       // Item views, text editors and whatever else scrolls; and what its author has react.

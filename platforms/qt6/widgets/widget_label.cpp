@@ -5,6 +5,7 @@
 #include <QAbstractSpinBox>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCommandLinkButton>
 #include <QDockWidget>
 #include <QGroupBox>
 #include <QIcon>
@@ -19,6 +20,7 @@
 #include <QTextEdit>
 
 #include "platforms/qt6/shared/icon_label.h"
+#include "platforms/qt6/widgets/bare_buttons.h"
 #include "platforms/qt6/widgets/buddies.h"
 #include "platforms/qt6/widgets/label_nearby.h"
 
@@ -134,7 +136,8 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
     case WidgetKind::toggle:
       return firstOf({withoutShownMnemonic(static_cast<const QAbstractButton&>(widget).text()),
                       name, plainText(widget.toolTip()),
-                      labelOfIcon(static_cast<const QAbstractButton&>(widget).icon().name())});
+                      labelOfIcon(static_cast<const QAbstractButton&>(widget).icon().name()),
+                      nameOfBareButton(widget)});
     case WidgetKind::lineEdit:
     case WidgetKind::textEdit:
     case WidgetKind::plainTextEdit:
@@ -174,6 +177,8 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
     case WidgetKind::itemView:
     case WidgetKind::columnView:
     case WidgetKind::scrollArea:
+    case WidgetKind::subWindowControls:
+    case WidgetKind::graphicsView:
     case WidgetKind::quickWidget:
     case WidgetKind::windowContainer:
       break;
@@ -190,6 +195,12 @@ std::optional<QString> valueOf(const QWidget& widget, WidgetKind kind) {
       }
       return static_cast<const QAbstractButton&>(widget).isChecked() ? QStringLiteral("1")
                                                                      : QStringLiteral("0");
+    }
+    case WidgetKind::button: {
+      const auto* const command = qobject_cast<const QCommandLinkButton*>(&widget);
+      return command == nullptr || command->description().isEmpty()
+                 ? std::nullopt
+                 : std::optional(command->description());
     }
     case WidgetKind::groupBox: {
       const auto& box = static_cast<const QGroupBox&>(widget);

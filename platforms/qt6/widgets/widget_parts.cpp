@@ -1,15 +1,19 @@
 #include "platforms/qt6/widgets/widget_parts.h"
 
 #include <QAbstractItemView>
+#include <QGraphicsView>
 #include <QHeaderView>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
 
+#include "platforms/qt6/widgets/graphics_figures.h"
 #include "platforms/qt6/widgets/header_sections.h"
 #include "platforms/qt6/widgets/item_view_cells.h"
 #include "platforms/qt6/widgets/menu_entries.h"
 #include "platforms/qt6/widgets/tabs.h"
+#include "platforms/qt6/widgets/title_bar_buttons.h"
 
 namespace tarnix::qt6 {
 
@@ -20,6 +24,9 @@ bool hasParts(WidgetKind kind) {
     case WidgetKind::tabBar:
     case WidgetKind::menuBar:
     case WidgetKind::menu:
+    case WidgetKind::graphicsView:
+    case WidgetKind::subWindow:
+    case WidgetKind::subWindowControls:
       return true;
     default:
       return false;
@@ -44,6 +51,15 @@ PlainItems partsOf(const QWidget& widget, WidgetKind kind, QPointF topLeft,
       break;
     case WidgetKind::menu:
       parts = visibleEntries(static_cast<const QMenu&>(widget));
+      break;
+    case WidgetKind::graphicsView:
+      parts = visibleFigures(static_cast<const QGraphicsView&>(widget));
+      break;
+    case WidgetKind::subWindow:
+      parts = titleBarButtons(static_cast<const QMdiSubWindow&>(widget));
+      break;
+    case WidgetKind::subWindowControls:
+      parts = controlButtons(widget);
       break;
     default:
       break;

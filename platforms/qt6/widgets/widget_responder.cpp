@@ -4,11 +4,14 @@
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QComboBox>
+#include <QGraphicsView>
+#include <QKeySequenceEdit>
 #include <QWindow>
 
 #include "platforms/qt6/shared/finger.h"
 #include "platforms/qt6/shared/keyboard.h"
 #include "platforms/qt6/shared/modality.h"
+#include "platforms/qt6/widgets/graphics_press.h"
 #include "platforms/qt6/widgets/own_handlers.h"
 #include "platforms/qt6/widgets/press_reaction.h"
 #include "platforms/qt6/widgets/widget_scrolling.h"
@@ -23,9 +26,14 @@ QWindow* windowOf(const QWidget* widget) {
 
 /// Whether a key that is pressed while `widget` has the focus is taken by it or a widget around it.
 bool takesKeys(const QWidget& widget) {
-  // These look for what is typed among their rows.
+  // These look for what is typed among their rows, or take keys for what they are.
   if (qobject_cast<const QAbstractItemView*>(&widget) != nullptr ||
-      qobject_cast<const QComboBox*>(&widget) != nullptr) {
+      qobject_cast<const QComboBox*>(&widget) != nullptr ||
+      qobject_cast<const QKeySequenceEdit*>(&widget) != nullptr) {
+    return true;
+  }
+  const auto* const graphics = qobject_cast<const QGraphicsView*>(&widget);
+  if (graphics != nullptr && takesKeysInScene(*graphics)) {
     return true;
   }
   for (const QWidget* taker = &widget; taker != nullptr;
@@ -37,17 +45,31 @@ bool takesKeys(const QWidget& widget) {
   return false;
 }
 
+/// Some look for what lies under the mouse when it moves, and press that.
+bool followsMouse(const QWidget& widget) {
+  return widget.hasMouseTracking() && hasOwnMoveHandler(widget);
+}
+
 }  // namespace
 
 WidgetResponder::WidgetResponder(QWidget& widget, WidgetKind kind, QPoint point,
                                  std::optional<bool> reacts)
-    : widget_(&widget), kind_(kind), point_(point), reacts_(reacts) {
+    : WidgetResponder(widget, kind, point, reacts, widget, point) {}
+
+WidgetResponder::WidgetResponder(QWidget& widget, WidgetKind kind, QPoint point,
+                                 std::optional<bool> reacts, QWidget& shownBy, QPoint pointThere)
+    : widget_(&widget),
+      kind_(kind),
+      point_(point),
+      shownBy_(&shownBy),
+      pointThere_(pointThere),
+      reacts_(reacts) {
   text_.widget = &widget;
   keys_.widget = &widget;
 }
 
 bool WidgetResponder::isUserInteractionEnabled() const {
-  const QWindow* const window = windowOf(widget_);
+  const QWindow* const window = windowOf(shownBy_);
   return widget_ != nullptr && widget_->isEnabled() && window != nullptr &&
          !isBlockedByModal(*window);
 }
@@ -81,6 +103,17 @@ platform::ScrollView* WidgetResponder::asScrollView() {
 }
 
 platform::TextInput* WidgetResponder::asTextInput() {
+  if (const auto* const graphics = qobject_cast<const QGraphicsView*>(widget_.data())) {
+    if (!isFigureFocused(*graphics)) {
+      return nullptr;
+    }
+    QWidget* const focused = focusedInScene(*graphics);
+    text_.widget = focused == nullptr ? widget_.data() : focused;
+    return isUserInteractionEnabled() && text_.widget->isEnabled() &&
+                   keyboard::editsText(*text_.widget)
+               ? &text_
+               : nullptr;
+  }
   // Item views say that they edit text when the row they stand on could be edited.
   return isUserInteractionEnabled() && kind_ != WidgetKind::itemView &&
                  keyboard::editsText(*widget_)
@@ -93,8 +126,16 @@ platform::KeyInput* WidgetResponder::asKeyInput() {
 }
 
 void WidgetResponder::sendTouchUpInside() {
-  if (QWindow* const window = windowOf(widget_)) {
-    finger::tap(*window, widget_->mapTo(widget_->window(), point_));
+  const QPointer<QWindow> window = windowOf(shownBy_);
+  if (window == nullptr) {
+    return;
+  }
+  const QPoint point = shownBy_->mapTo(shownBy_->window(), pointThere_);
+  if (followsMouse(*widget_)) {
+    finger::approach(*window, point);
+  }
+  if (window != nullptr) {
+    finger::tap(*window, point);
   }
 }
 

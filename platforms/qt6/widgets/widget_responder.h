@@ -17,6 +17,9 @@ class WidgetResponder : public platform::Responder,
   /// Touched at `point`, in the widget's own coordinates. `reacts` tells whether this is the widget
   /// that such a touch makes react; absent where only this widget is asked about.
   WidgetResponder(QWidget& widget, WidgetKind kind, QPoint point, std::optional<bool> reacts);
+  /// The same for a widget in a scene that `shownBy` shows, where the point is `pointThere`.
+  WidgetResponder(QWidget& widget, WidgetKind kind, QPoint point, std::optional<bool> reacts,
+                  QWidget& shownBy, QPoint pointThere);
 
   bool isUserInteractionEnabled() const override;
   bool isFirstResponder() const override;
@@ -47,6 +50,9 @@ class WidgetResponder : public platform::Responder,
   QPointer<QWidget> widget_;
   WidgetKind kind_;
   QPoint point_;
+  // What has a window on the screen: the widget itself, or what shows the scene that it stands in.
+  QPointer<QWidget> shownBy_;
+  QPoint pointThere_;
   std::optional<bool> reacts_;
   Text text_;
   Keys keys_;

@@ -84,6 +84,8 @@ std::optional<AccessibilityTraits> traitsOfKind(const QWidget& widget, WidgetKin
     case WidgetKind::itemView:
     case WidgetKind::columnView:
     case WidgetKind::scrollArea:
+    case WidgetKind::subWindowControls:
+    case WidgetKind::graphicsView:
     case WidgetKind::quickWidget:
     case WidgetKind::windowContainer:
       break;

@@ -2,6 +2,7 @@
 
 #include <QAbstractScrollArea>
 #include <QGraphicsOpacityEffect>
+#include <QGraphicsView>
 #include <QScrollArea>
 #include <QWindow>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/widgets/covers.h"
 #include "platforms/qt6/widgets/embedded_scene.h"
+#include "platforms/qt6/widgets/graphics_proxies.h"
 #include "platforms/qt6/widgets/widget_area.h"
 #include "platforms/qt6/widgets/widget_interaction.h"
 #include "platforms/qt6/widgets/widget_label.h"
@@ -140,6 +142,10 @@ std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
     if (std::shared_ptr<View> view = source_.viewOf(*window, inside)) {
       result.push_back(std::move(view));
     }
+  }
+  if (class_.kind == WidgetKind::graphicsView) {
+    result = graphics_proxies::viewsIn(static_cast<const QGraphicsView&>(*widget_), topLeft_,
+                                       *surroundings, source_);
   }
   // Views are read only, and handed out as ones that could be more.
   const auto superview = std::const_pointer_cast<WidgetView>(shared_from_this());

@@ -1,6 +1,7 @@
 // One of each kind of control, each at a place of its own. What happens to it is said on standard
 // error as "did: NAME WHAT"; a test taps and reads.
 import QtQuick
+import QtQml.Models
 import QtQuick.Controls
 
 ApplicationWindow {
@@ -105,6 +106,20 @@ ApplicationWindow {
         // A touch on what is disabled goes to what is behind it.
         MouseArea { x: 10; y: 640; width: 120; height: 40; onClicked: window.did("ground") }
         Button { x: 10; y: 640; width: 120; height: 40; text: "Over"; enabled: false; onClicked: window.did("over clicked") }
+        MonthGrid {
+            x: 150; y: 610; width: 140; height: 80; year: 2026; month: Calendar.November; locale: Qt.locale("en_GB")
+            onClicked: (date) => window.did("day " + Qt.formatDate(date, "d"))
+        }
+        ListModel { id: rows; ListElement { name: "Upper" } ListElement { name: "Lower" } }
+        Component {
+            id: cell
+            Rectangle { required property string name; implicitWidth: 60; implicitHeight: 30; Text { text: name } }
+        }
+        TableView { // Its cells can be chosen.
+            x: 300; y: 620; width: 60; height: 60; model: rows; delegate: cell
+            selectionModel: ItemSelectionModel { model: rows; onCurrentChanged: (current) => window.did("chosen " + current.row) }
+        }
+        TableView { x: 370; y: 620; width: 60; height: 60; model: rows; delegate: cell }
         Button { x: 460; y: 640; width: 80; height: 40; text: "Close"; onClicked: window.close() }
         Button { x: 550; y: 640; width: 80; height: 40; text: "Busy"; onClicked: { window.did("busy"); const end = Date.now() + 1500; while (Date.now() < end) {} } }
     }

@@ -58,6 +58,10 @@ TAPS = [
     ((340, 540), True, "Tapped control: Cut", ["cut clicked"]),
     ((420, 540), False, "No tappable element at", []),
     ((70, 660), True, "Tapped control: MouseArea", ["ground"]),
+    # The second Wednesday.
+    ((200, 628), True, "Tapped control: MonthGrid", ["day 4"]),
+    ((330, 665), True, "Triggered tap gesture on: ", ["chosen 1"]),
+    ((400, 665), False, "No tappable element at", []),
 ]
 
 

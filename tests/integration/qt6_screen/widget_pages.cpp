@@ -94,7 +94,7 @@ QWidget* buttons() {
   auto* const tool = new QToolButton;
   tool->setToolTip("<b>Find</b> a word");
   layout->addWidget(tool);
-  layout->addWidget(new QCommandLinkButton("Command &link"));
+  layout->addWidget(new QCommandLinkButton("Command &link", "Leads elsewhere"));
   auto* const check = new QCheckBox("&Check box");
   check->setChecked(true);
   layout->addWidget(check);

@@ -27,7 +27,7 @@ TEST(WidgetScreen, EveryControlSaysWhatAPersonSees) {
                                  "Button Pressed in selected",
                                  "Button Disabled disabled",
                                  "Button Find a word",
-                                 "Button Command link",
+                                 "Button Command link {Leads elsewhere}",
                                  "Button Check box {1}",
                                  "Button Partial {mixed}",
                                  "Button Radio button {0}",
