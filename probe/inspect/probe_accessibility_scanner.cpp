@@ -1,6 +1,5 @@
 #include "probe/inspect/probe_accessibility_scanner.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -8,6 +7,7 @@
 
 #include "probe/inspect/accessibility_walk.h"
 #include "probe/inspect/class_name.h"
+#include "probe/inspect/top_to_bottom.h"
 #include "probe/inspect/truncation.h"
 #include "probe/platform/main_thread.h"
 #include "probe/platform/platform.h"
@@ -75,31 +75,11 @@ class SeenElements {
   std::vector<std::size_t> slots_;
 };
 
-struct Rank {
-  double minY;
-  std::size_t position;
-};
-
 /// Without repetitions, from top to bottom.
 std::vector<Element> arranged(std::vector<Element> elements) {
-  std::vector<Rank> ranks;
-  ranks.reserve(elements.size());
   SeenElements seen(elements);
-  for (std::size_t position = 0; position < elements.size(); ++position) {
-    if (seen.add(position)) {
-      ranks.push_back({elements[position].frame.minY(), position});
-    }
-  }
-  // Positions rise, so comparing them second is what keeps equal heights in their order.
-  std::sort(ranks.begin(), ranks.end(), [](const Rank& left, const Rank& right) {
-    return left.minY != right.minY ? left.minY < right.minY : left.position < right.position;
-  });
-  std::vector<Element> result;
-  result.reserve(ranks.size());
-  for (const Rank& rank : ranks) {
-    result.push_back(std::move(elements[rank.position]));
-  }
-  return result;
+  return fromTopToBottom(std::move(elements),
+                         [&seen](std::size_t position) { return seen.add(position); });
 }
 
 }  // namespace

@@ -1,9 +1,10 @@
 #include "probe/inspect/probe_view_hierarchy_snapshot.h"
 
-#include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "probe/inspect/key_window.h"
+#include "probe/inspect/top_to_bottom.h"
 #include "probe/inspect/view_walk.h"
 
 namespace tarnix::ProbeViewHierarchySnapshot {
@@ -13,10 +14,7 @@ std::vector<Element> capture() {
   if (const std::shared_ptr<platform::Window> window = keyWindow()) {
     ViewWalk(elements).walk(*window);
   }
-  std::stable_sort(elements.begin(), elements.end(), [](const Element& left, const Element& right) {
-    return left.frame.minY() < right.frame.minY();
-  });
-  return elements;
+  return fromTopToBottom(std::move(elements), [](std::size_t) { return true; });
 }
 
 }  // namespace tarnix::ProbeViewHierarchySnapshot

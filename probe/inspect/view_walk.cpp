@@ -111,21 +111,22 @@ void ViewWalk::enter(const View& view) {
 }
 
 void ViewWalk::list(const View& view) {
-  Element element{.label = labelOf(view),
-                  .identifier = view.accessibilityIdentifier(),
-                  .type = {},
-                  .frame = view.wholeFrame()};
+  Element element;
+  element.label = labelOf(view);
+  element.identifier = view.accessibilityIdentifier();
+  const bool isNamed = element.label || element.identifier;
+  element.isInteractive = isInteractive(view);
+  // Most views of a screen end here, before anybody works out where they are.
+  if (!isNamed && !element.isInteractive) {
+    return;
+  }
+  element.frame = view.wholeFrame();
   // A platform gives finite numbers; one that breaks its word must not break the order of the list.
   if (!isFinite(element.frame)) {
     return;
   }
-  const bool isNamed = element.label || element.identifier;
   constexpr double smallest = ProbeViewHierarchySnapshot::smallestUnnamedSide;
   if (!isNamed && !(element.frame.size.width > smallest && element.frame.size.height > smallest)) {
-    return;
-  }
-  element.isInteractive = isInteractive(view);
-  if (!isNamed && !element.isInteractive) {
     return;
   }
   elements_.push_back(std::move(element));

@@ -70,6 +70,7 @@ AttachedProperties::AttachedProperties(const QQuickItem& item) {
     }
     switch (typeOf(*child->metaObject())) {
       case AttachedType::other:
+        areAmongOthers_ = true;
         break;
       case AttachedType::accessible:
         accessible_ = child;

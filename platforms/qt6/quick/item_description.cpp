@@ -175,6 +175,7 @@ ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
     return result;
   }
   const AttachedProperties attached(item);
+  result.mayHaveHandlers = attached.areAmongOthers();
   const std::optional<QAccessible::Role> role = attached.role();
   std::optional<AccessibilityTraits> ownTraits = traitsOfKind(kind);
   if (role) {

@@ -21,8 +21,8 @@ SceneItemView::SceneItemView(Scene& scene, QQuickItem& item, const ItemClass& it
       depth_(depth),
       isVisible_(item.isVisible()) {}
 
-void SceneItemView::setChildren(std::vector<SceneItemView*> children) {
-  children_ = std::move(children);
+void SceneItemView::setChildren(std::span<SceneItemView* const> children) {
+  children_ = children;
   for (SceneItemView* child : children_) {
     child->parent_ = this;
   }
@@ -79,13 +79,8 @@ std::optional<std::string> SceneItemView::accessibilityIdentifier() const {
 }
 
 platform::TouchReactions SceneItemView::touchReactions() const {
-  if (item_ == nullptr) {
-    return {};
-  }
-  const bool isLink = (description_.traits & platform::accessibility_traits::link) != 0;
-  return {.isUserInteractionEnabled = isUserInteractionEnabled(*item_, class_, isLink),
-          .isControl = isControl(class_),
-          .hasGestureRecognizers = hasGestureRecognizers(*item_, class_)};
+  return item_ == nullptr ? platform::TouchReactions()
+                          : touchReactionsOf(*item_, class_, description_);
 }
 
 std::shared_ptr<platform::Responder> SceneItemView::responder() const {
