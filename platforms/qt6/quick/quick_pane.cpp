@@ -1,8 +1,16 @@
 #include "platforms/qt6/quick/quick_pane.h"
 
+#include <QThread>
 #include <utility>
 
 namespace tarnix::qt6 {
+
+namespace {
+
+// A window that is not on view may never draw what was asked for.
+constexpr std::chrono::milliseconds longestFrame{500};
+
+}  // namespace
 
 QuickPane::QuickPane(QQuickWindow& window) : window_(&window) {
   overlay_->followFramesOf(window);
@@ -15,12 +23,24 @@ QuickPane::QuickPane(QQuickWindow& window) : window_(&window) {
         }
       },
       Qt::DirectConnection);
+  QObject::connect(
+      &window, &QQuickWindow::afterRendering, &receiver_,
+      [this, mainThread = QThread::currentThread()] {
+        // Scenes inside widgets are never swapped. Another thread must not touch this.
+        if (QThread::currentThread() == mainThread) {
+          asked_.reset();
+          isNextWanted_ = false;
+        }
+      },
+      Qt::DirectConnection);
+  QObject::connect(&window, &QQuickWindow::frameSwapped, &receiver_, [this] { frameIsDrawn(); });
 }
 
 QuickPane::~QuickPane() {
   QObject::disconnect(seeking_);
   delete seeker_.data();
   overlay_->end();
+  asked_.reset();
   askForFrame();
 }
 
@@ -35,8 +55,18 @@ void QuickPane::setHiddenForPicture(bool isHidden) {
 }
 
 void QuickPane::askForFrame() {
-  if (window_ != nullptr) {
+  const Clock::time_point now = Clock::now();
+  isNextWanted_ = asked_ && now - *asked_ < longestFrame;
+  if (!isNextWanted_ && window_ != nullptr) {
+    asked_ = now;
     window_->update();
+  }
+}
+
+void QuickPane::frameIsDrawn() {
+  asked_.reset();
+  if (isNextWanted_) {
+    askForFrame();
   }
 }
 

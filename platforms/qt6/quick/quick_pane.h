@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QMetaObject>
+#include <QObject>
 #include <QPointer>
 #include <QQuickWindow>
+#include <chrono>
 #include <memory>
+#include <optional>
 
 #include "platforms/qt6/quick/root_seeker.h"
 #include "platforms/qt6/quick/scene_overlay.h"
@@ -11,7 +14,11 @@
 
 namespace tarnix::qt6 {
 
-/// What is drawn over a Quick window.
+/// What is drawn over a Quick window. Main thread.
+///
+/// A scene that is drawn on a thread of its own makes the main thread wait when it is to be drawn
+/// again before it is through with the last frame. No frame is asked for so early: where drawing is
+/// slow the effect has fewer frames, and the application does not notice.
 class QuickPane : public OverlayPane {
  public:
   explicit QuickPane(QQuickWindow& window);
@@ -23,12 +30,20 @@ class QuickPane : public OverlayPane {
   void setHiddenForPicture(bool isHidden) override;
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   void askForFrame();
+  void frameIsDrawn();
 
   const QPointer<QQuickWindow> window_;
   const std::shared_ptr<SceneOverlay> overlay_ = std::make_shared<SceneOverlay>();
   QPointer<RootSeeker> seeker_;
   QMetaObject::Connection seeking_;
+  /// When the frame was asked for that has not been drawn yet.
+  std::optional<Clock::time_point> asked_;
+  bool isNextWanted_ = false;
+  /// What waits in the queue for this pane goes with it. Last: the first to go.
+  const QObject receiver_;
 };
 
 }  // namespace tarnix::qt6
