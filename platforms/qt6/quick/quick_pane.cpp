@@ -1,16 +1,8 @@
 #include "platforms/qt6/quick/quick_pane.h"
 
-#include <QThread>
 #include <utility>
 
 namespace tarnix::qt6 {
-
-namespace {
-
-// A window that is not on view may never draw what was asked for.
-constexpr std::chrono::milliseconds longestFrame{500};
-
-}  // namespace
 
 QuickPane::QuickPane(QQuickWindow& window) : window_(&window) {
   overlay_->followFramesOf(window);
@@ -23,25 +15,21 @@ QuickPane::QuickPane(QQuickWindow& window) : window_(&window) {
         }
       },
       Qt::DirectConnection);
-  QObject::connect(
-      &window, &QQuickWindow::afterRendering, &receiver_,
-      [this, mainThread = QThread::currentThread()] {
-        // Scenes inside widgets are never swapped. Another thread must not touch this.
-        if (QThread::currentThread() == mainThread) {
-          asked_.reset();
-          isNextWanted_ = false;
-        }
-      },
-      Qt::DirectConnection);
-  QObject::connect(&window, &QQuickWindow::frameSwapped, &receiver_, [this] { frameIsDrawn(); });
+  // Told late when the main thread was held: the scene may be at the next frame already.
+  QObject::connect(&window, &QQuickWindow::frameSwapped, &receiver_, [this] {
+    if (isFrameWanted_) {
+      askForFrame();
+    }
+  });
 }
 
 QuickPane::~QuickPane() {
   QObject::disconnect(seeking_);
   delete seeker_.data();
   overlay_->end();
-  asked_.reset();
-  askForFrame();
+  if (window_ != nullptr) {
+    window_->update();
+  }
 }
 
 void QuickPane::show(std::shared_ptr<const platform::DisplayList> list, QPointF origin) {
@@ -55,18 +43,9 @@ void QuickPane::setHiddenForPicture(bool isHidden) {
 }
 
 void QuickPane::askForFrame() {
-  const Clock::time_point now = Clock::now();
-  isNextWanted_ = asked_ && now - *asked_ < longestFrame;
-  if (!isNextWanted_ && window_ != nullptr) {
-    asked_ = now;
+  isFrameWanted_ = overlay_->isBeingDrawn();
+  if (!isFrameWanted_ && window_ != nullptr) {
     window_->update();
-  }
-}
-
-void QuickPane::frameIsDrawn() {
-  asked_.reset();
-  if (isNextWanted_) {
-    askForFrame();
   }
 }
 

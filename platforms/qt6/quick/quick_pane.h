@@ -4,9 +4,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QQuickWindow>
-#include <chrono>
 #include <memory>
-#include <optional>
 
 #include "platforms/qt6/quick/root_seeker.h"
 #include "platforms/qt6/quick/scene_overlay.h"
@@ -30,18 +28,13 @@ class QuickPane : public OverlayPane {
   void setHiddenForPicture(bool isHidden) override;
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   void askForFrame();
-  void frameIsDrawn();
 
   const QPointer<QQuickWindow> window_;
   const std::shared_ptr<SceneOverlay> overlay_ = std::make_shared<SceneOverlay>();
   QPointer<RootSeeker> seeker_;
   QMetaObject::Connection seeking_;
-  /// When the frame was asked for that has not been drawn yet.
-  std::optional<Clock::time_point> asked_;
-  bool isNextWanted_ = false;
+  bool isFrameWanted_ = false;
   /// What waits in the queue for this pane goes with it. Last: the first to go.
   const QObject receiver_;
 };
