@@ -109,7 +109,7 @@ platform::TouchReactions touchReactionsOf(const QQuickItem& item, const ItemClas
   const bool isHandled = !reactsByItself && description.mayHaveHandlers && hasPointerHandler(item);
   const bool isLink = (description.traits & platform::accessibility_traits::link) != 0;
   return {.isUserInteractionEnabled =
-              item.isEnabled() && (isLink || isHandled || !isOnlyLookedAt(itemClass.kind)),
+              description.isEnabled && (isLink || isHandled || !isOnlyLookedAt(itemClass.kind)),
           .isControl = reactsByItself,
           .hasGestureRecognizers =
               isHandled || itemClass.isTouchArea || isDraggedOrEdited(itemClass.kind)};

@@ -17,6 +17,7 @@ SceneItemView::SceneItemView(Scene& scene, QQuickItem& item, const ItemClass& it
       class_(itemClass),
       place_(place),
       description_(describe(item, itemClass, place.parent, *place.surroundings, place.spoken)),
+      objectName_(item.objectName()),
       opacity_(item.opacity()),
       depth_(depth),
       isVisible_(item.isVisible()) {}
@@ -75,7 +76,7 @@ platform::ViewKind SceneItemView::kind() const {
 }
 
 std::optional<std::string> SceneItemView::accessibilityIdentifier() const {
-  return item_ == nullptr ? std::nullopt : authorsName(*item_);
+  return item_ == nullptr ? std::nullopt : authorsName(objectName_);
 }
 
 platform::TouchReactions SceneItemView::touchReactions() const {

@@ -88,6 +88,7 @@ class SceneItemView : public platform::View {
   SceneItemView* parent_ = nullptr;
   // Found when it is first asked for: what hides the item is known once the scene is complete.
   mutable std::optional<QRectF> elementArea_;
+  QString objectName_;
   double opacity_;
   int depth_;
   int paintOrder_ = 0;
