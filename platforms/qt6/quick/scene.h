@@ -40,7 +40,7 @@ class Scene : public std::enable_shared_from_this<Scene> {
   SceneItemView& add(QQuickItem& item, const SceneItemView::Place& place, int depth);
   SceneItemView::Place placeInside(const SceneItemView& view, const QQuickItem& item);
 
-  // A page takes many blocks less than a view or two each.
+  // In bytes. Each block is larger than the last: a screen takes a handful.
   static constexpr std::size_t firstBlock = 16'384;
 
   std::pmr::monotonic_buffer_resource memory_{firstBlock};
