@@ -15,9 +15,12 @@ constexpr std::string_view unqualifiedClassName(std::string_view name) {
 /// Whether a class is the probe's own, such as its overlay: told by the unqualified name, so that a
 /// host may have a name space of that name.
 constexpr bool isProbeClass(std::string_view name) {
-  const std::string_view unqualified = unqualifiedClassName(name);
-  return unqualified.find("Tarnix") != std::string_view::npos ||
-         unqualified.find("Probe") != std::string_view::npos;
+  const auto bearsName = [](std::string_view text) {
+    return text.find("Tarnix") != std::string_view::npos ||
+           text.find("Probe") != std::string_view::npos;
+  };
+  // Asked of every view of a screen.
+  return bearsName(name) && bearsName(unqualifiedClassName(name));
 }
 
 }  // namespace tarnix

@@ -1,12 +1,12 @@
 #include "probe/inspect/probe_accessibility_scanner.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <utility>
 
 #include "probe/inspect/accessibility_walk.h"
+#include "probe/inspect/arrangement.h"
 #include "probe/inspect/class_name.h"
 #include "probe/inspect/truncation.h"
 #include "probe/platform/main_thread.h"
@@ -27,36 +27,8 @@ std::shared_ptr<platform::Window> keyWindow() {
   return nullptr;
 }
 
-/// Elements that were seen before: an open hash table of positions in the list, so that telling ten
-/// thousand elements apart costs one allocation.
-class SeenElements {
- public:
-  explicit SeenElements(const std::vector<Element>& elements) : elements_(elements) {
-    std::size_t size = 16;
-    while (size < elements.size() * 2) {
-      size *= 2;
-    }
-    slots_.assign(size, empty);
-  }
-
-  /// Whether no element of the same label and integer origin was added before.
-  bool add(std::size_t position) {
-    const Element& element = elements_[position];
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t slot = hash(element) & mask;; slot = (slot + 1) & mask) {
-      if (slots_[slot] == empty) {
-        slots_[slot] = position;
-        return true;
-      }
-      if (isSame(elements_[slots_[slot]], element)) {
-        return false;
-      }
-    }
-  }
-
- private:
-  static constexpr std::size_t empty = static_cast<std::size_t>(-1);
-
+/// The same label and integer origin.
+struct LabelAndOrigin {
   static std::size_t hash(const Element& element) {
     // Odd multipliers spread neighbouring coordinates; the label's own hash does the rest.
     const auto x = static_cast<std::uint64_t>(truncatedTowardZero(element.frame.minX()));
@@ -70,37 +42,7 @@ class SeenElements {
            truncatedTowardZero(left.frame.minY()) == truncatedTowardZero(right.frame.minY()) &&
            left.label == right.label;
   }
-
-  const std::vector<Element>& elements_;
-  std::vector<std::size_t> slots_;
 };
-
-struct Rank {
-  double minY;
-  std::size_t position;
-};
-
-/// Without repetitions, from top to bottom.
-std::vector<Element> arranged(std::vector<Element> elements) {
-  std::vector<Rank> ranks;
-  ranks.reserve(elements.size());
-  SeenElements seen(elements);
-  for (std::size_t position = 0; position < elements.size(); ++position) {
-    if (seen.add(position)) {
-      ranks.push_back({elements[position].frame.minY(), position});
-    }
-  }
-  // Positions rise, so comparing them second is what keeps equal heights in their order.
-  std::sort(ranks.begin(), ranks.end(), [](const Rank& left, const Rank& right) {
-    return left.minY != right.minY ? left.minY < right.minY : left.position < right.position;
-  });
-  std::vector<Element> result;
-  result.reserve(ranks.size());
-  for (const Rank& rank : ranks) {
-    result.push_back(std::move(elements[rank.position]));
-  }
-  return result;
-}
 
 }  // namespace
 
@@ -110,7 +52,7 @@ std::vector<Element> scanAll() {
   if (std::shared_ptr<platform::Window> window = keyWindow()) {
     AccessibilityWalk(elements).scanAccessibilityTree(std::move(window));
   }
-  return arranged(std::move(elements));
+  return distinctFromTopToBottom<LabelAndOrigin>(std::move(elements));
 }
 
 std::vector<Element> find(std::string_view text, bool exact) {

@@ -1,7 +1,6 @@
 #include "probe/inspect/view_walk.h"
 
 #include <cmath>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -69,22 +68,6 @@ bool isFinite(const Rect& frame) {
 
 }  // namespace
 
-std::size_t ViewWalk::LabelAndFrame::operator()(std::size_t position) const {
-  const Element& element = elements[position];
-  const Rect& frame = element.frame;
-  std::size_t result = element.label ? std::hash<std::string>{}(*element.label) : 1;
-  for (const double number :
-       {frame.origin.x, frame.origin.y, frame.size.width, frame.size.height}) {
-    result = result * 0x9E37'79B9'7F4A'7C15 + std::hash<double>{}(number);
-  }
-  return result;
-}
-
-bool ViewWalk::LabelAndFrame::operator()(std::size_t left, std::size_t right) const {
-  return elements[left].label == elements[right].label &&
-         elements[left].frame == elements[right].frame;
-}
-
 void ViewWalk::walk(const View& root) {
   enter(root);
   while (!path_.empty()) {
@@ -111,29 +94,26 @@ void ViewWalk::enter(const View& view) {
 }
 
 void ViewWalk::list(const View& view) {
-  Element element{.label = labelOf(view),
-                  .identifier = view.accessibilityIdentifier(),
-                  .type = {},
-                  .frame = view.wholeFrame()};
+  Element element;
+  element.label = labelOf(view);
+  element.identifier = view.accessibilityIdentifier();
+  const bool isNamed = element.label || element.identifier;
+  element.isInteractive = isInteractive(view);
+  // Most views of a screen end here, before anybody works out where they are.
+  if (!isNamed && !element.isInteractive) {
+    return;
+  }
+  element.frame = view.wholeFrame();
   // A platform gives finite numbers; one that breaks its word must not break the order of the list.
   if (!isFinite(element.frame)) {
     return;
   }
-  const bool isNamed = element.label || element.identifier;
   constexpr double smallest = ProbeViewHierarchySnapshot::smallestUnnamedSide;
   if (!isNamed && !(element.frame.size.width > smallest && element.frame.size.height > smallest)) {
     return;
   }
-  element.isInteractive = isInteractive(view);
-  if (!isNamed && !element.isInteractive) {
-    return;
-  }
+  element.type = typeOf(view);
   elements_.push_back(std::move(element));
-  if (listed_.insert(elements_.size() - 1).second) {
-    elements_.back().type = typeOf(view);
-  } else {
-    elements_.pop_back();
-  }
 }
 
 }  // namespace tarnix

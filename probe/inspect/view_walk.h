@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <unordered_set>
 #include <vector>
 
 #include "probe/inspect/probe_view_hierarchy_snapshot.h"
@@ -16,21 +15,12 @@ class ViewWalk {
  public:
   using Element = ProbeViewHierarchySnapshot::Element;
 
-  /// Appends what is worth listing. `elements` is empty.
-  explicit ViewWalk(std::vector<Element>& elements)
-      : elements_(elements), listed_(0, LabelAndFrame{elements}, LabelAndFrame{elements}) {}
+  /// Appends what is worth listing, repetitions and all.
+  explicit ViewWalk(std::vector<Element>& elements) : elements_(elements) {}
 
   void walk(const platform::View& root);
 
  private:
-  /// Tells elements apart by label and frame, given their positions in the list.
-  struct LabelAndFrame {
-    const std::vector<Element>& elements;
-
-    std::size_t operator()(std::size_t position) const;
-    bool operator()(std::size_t left, std::size_t right) const;
-  };
-
   /// The subviews of a view that are being walked.
   struct Level {
     std::vector<std::shared_ptr<platform::View>> subviews;
@@ -41,7 +31,6 @@ class ViewWalk {
   void list(const platform::View& view);
 
   std::vector<Element>& elements_;
-  std::unordered_set<std::size_t, LabelAndFrame, LabelAndFrame> listed_;
   std::vector<Level> path_;
   std::size_t visits_ = 0;
 };

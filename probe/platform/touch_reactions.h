@@ -8,7 +8,7 @@ struct TouchReactions {
   bool isUserInteractionEnabled = false;
   /// It reacts to a press by itself; see `Control`.
   bool isControl = false;
-  /// It has a gesture recognizer of some kind.
+  /// It has a gesture recognizer of some kind. Of a control that need not be told.
   bool hasGestureRecognizers = false;
 };
 

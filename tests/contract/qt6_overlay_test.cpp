@@ -15,6 +15,7 @@
 #include <QScrollBar>
 #include <QSplitter>
 #include <QVBoxLayout>
+#include <thread>
 
 #include "platforms/qt6/base/window_order.h"
 #include "platforms/qt6/shared/picture_without_overlay.h"
@@ -295,6 +296,28 @@ TEST(Qt6QuickOverlay, MovesNoFocus) {
   }
   EXPECT_EQ(window->activeFocusItem(), focused);
   EXPECT_EQ(changes, 0);
+}
+
+TEST(Qt6QuickOverlay, AsksForNoFrameWhileAnotherThreadIsAtOne) {
+  QuickHostWorld world;
+  world.show({.size = {400, 300}});
+  auto* const window = qobject_cast<QQuickWindow*>(qt6::WindowOrder::shared().keyWindow());
+  ASSERT_NE(window, nullptr);
+  int frames = 0;
+  QObject::connect(window, &QQuickWindow::afterRendering, window, [&] { ++frames; });
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  ASSERT_TRUE(world.pumpUntil([&] { return frames > 0; }));
+  letPass(std::chrono::milliseconds(20));
+  const auto elsewhere = [](const auto& signal) { std::thread(signal).join(); };
+  elsewhere([&] { Q_EMIT window->afterSynchronizing(); });
+  const int before = frames;
+  overlay.show(squareAt({10, 10}));
+  letPass(std::chrono::milliseconds(50));
+  EXPECT_EQ(frames, before);
+  elsewhere([&] { Q_EMIT window->frameSwapped(); });
+  EXPECT_TRUE(world.pumpUntil([&] { return frames > before; }));
+  EXPECT_TRUE(isRed(window->grabWindow(), {35, 35}));
 }
 
 TEST(Qt6QuickOverlay, SurvivesItsWindow) {

@@ -31,21 +31,26 @@ const AccessibleType& typeOf(const QObject& accessible) {
   return type;
 }
 
-enum class AttachedType { other, accessible, toolTip, pathView };
+enum class AttachedType { other, accessible, toolTip, pathView, drawing };
 
 AttachedType typeOf(const QMetaObject& metaObject) {
   // Addresses instead of names, once they are known: every child of every item passes here.
   static const QMetaObject* accessible = nullptr;
   static const QMetaObject* toolTip = nullptr;
+  // The border of a rectangle.
+  static const QMetaObject* pen = nullptr;
   if (&metaObject == accessible) {
     return AttachedType::accessible;
   }
   if (&metaObject == toolTip) {
     return AttachedType::toolTip;
   }
+  if (&metaObject == pen) {
+    return AttachedType::drawing;
+  }
   const char* const name = metaObject.className();
   if (std::strncmp(name, "QQuick", 6) != 0) {
-    return AttachedType::other;
+    return std::strcmp(name, "QGradient") == 0 ? AttachedType::drawing : AttachedType::other;
   }
   if (accessible == nullptr && std::strcmp(name, "QQuickAccessibleAttached") == 0) {
     accessible = &metaObject;
@@ -54,6 +59,10 @@ AttachedType typeOf(const QMetaObject& metaObject) {
   if (toolTip == nullptr && std::strcmp(name, "QQuickToolTipAttached") == 0) {
     toolTip = &metaObject;
     return AttachedType::toolTip;
+  }
+  if (pen == nullptr && std::strcmp(name, "QQuickPen") == 0) {
+    pen = &metaObject;
+    return AttachedType::drawing;
   }
   // Every path view makes a class of its own for this one.
   return std::strcmp(name, "QQuickPathViewAttached") == 0 ? AttachedType::pathView
@@ -69,7 +78,10 @@ AttachedProperties::AttachedProperties(const QQuickItem& item) {
       continue;
     }
     switch (typeOf(*child->metaObject())) {
+      case AttachedType::drawing:
+        break;
       case AttachedType::other:
+        areAmongOthers_ = true;
         break;
       case AttachedType::accessible:
         accessible_ = child;

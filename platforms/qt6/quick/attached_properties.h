@@ -26,12 +26,15 @@ class AttachedProperties {
   QString toolTip() const;
   /// Of an item on a path: whether it is shown.
   bool isOnPath() const;
+  /// Whether the item has children that are neither these nor items.
+  bool areAmongOthers() const { return areAmongOthers_; }
 
  private:
   // Each null when there is none.
   const QObject* accessible_ = nullptr;
   const QObject* toolTip_ = nullptr;
   const QObject* pathView_ = nullptr;
+  bool areAmongOthers_ = false;
 };
 
 }  // namespace tarnix::qt6

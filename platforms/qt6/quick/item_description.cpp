@@ -169,12 +169,14 @@ ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
                          const ItemClass* parent, const Surroundings& surroundings,
                          const SpokenText* spoken) {
   ItemDescription result;
+  result.isEnabled = item.isEnabled();
   const ItemKind kind = itemClass.kind;
   if (!item.isVisible() || surroundings.opacity * item.opacity() < smallestVisibleOpacity ||
       (surroundings.insideCompositeControl && isField(kind))) {
     return result;
   }
   const AttachedProperties attached(item);
+  result.mayHaveHandlers = attached.areAmongOthers();
   const std::optional<QAccessible::Role> role = attached.role();
   std::optional<AccessibilityTraits> ownTraits = traitsOfKind(kind);
   if (role) {
@@ -209,7 +211,7 @@ ItemDescription describe(const QQuickItem& item, const ItemClass& itemClass,
   if (isSelected(item, itemClass, attached)) {
     result.traits |= traits::selected;
   }
-  if (!item.isEnabled()) {
+  if (!result.isEnabled) {
     result.traits |= traits::notEnabled;
   }
   result.value = valueOf(item, itemClass, attached);

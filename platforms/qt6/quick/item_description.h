@@ -16,6 +16,10 @@ namespace tarnix::qt6 {
 struct ItemDescription {
   bool isElement = false;
   bool isTextField = false;
+  bool isEnabled = false;
+  /// False once no object was found that belongs to it and is neither an item nor known to say
+  /// something of it: pointer handlers are such objects.
+  bool mayHaveHandlers = true;
   QString label;
   platform::AccessibilityTraits traits = platform::accessibility_traits::none;
   std::optional<QString> value;

@@ -44,6 +44,45 @@ bool hasPointerHandler(const QQuickItem& item) {
   return std::any_of(children.begin(), children.end(), isEnabledHandler);
 }
 
+bool isOnlyLookedAt(ItemKind kind) {
+  return kind == ItemKind::text || kind == ItemKind::image || kind == ItemKind::progressBar ||
+         kind == ItemKind::groupBox;
+}
+
+/// Whether it reacts to a press by itself.
+bool isControl(ItemKind kind) {
+  switch (kind) {
+    case ItemKind::textInput:
+    case ItemKind::button:
+    case ItemKind::toggle:
+    case ItemKind::tab:
+    case ItemKind::menuEntry:
+    case ItemKind::comboBox:
+    case ItemKind::spinBox:
+    case ItemKind::adjustable:
+    case ItemKind::rangeSlider:
+    case ItemKind::searchField:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Whether people drag it or press into it although it is no control.
+bool isDraggedOrEdited(ItemKind kind) {
+  switch (kind) {
+    case ItemKind::textEdit:
+    case ItemKind::flickable:
+    case ItemKind::itemView:
+    case ItemKind::tableView:
+    case ItemKind::headerView:
+    case ItemKind::pathView:
+      return true;
+    default:
+      return false;
+  }
+}
+
 /// Rows and cells that the author made of something plain: views attach an object of theirs to
 /// what they make.
 ViewKind kindOfPlain(const QQuickItem& item) {
@@ -64,51 +103,16 @@ ViewKind kindOfPlain(const QQuickItem& item) {
 
 }  // namespace
 
-bool isUserInteractionEnabled(const QQuickItem& item, const ItemClass& itemClass, bool isLink) {
-  if (!item.isEnabled()) {
-    return false;
-  }
-  switch (itemClass.kind) {
-    case ItemKind::text:
-    case ItemKind::image:
-    case ItemKind::progressBar:
-    case ItemKind::groupBox:
-      return isLink || hasPointerHandler(item);
-    default:
-      return true;
-  }
-}
-
-bool isControl(const ItemClass& itemClass) {
-  switch (itemClass.kind) {
-    case ItemKind::textInput:
-    case ItemKind::button:
-    case ItemKind::toggle:
-    case ItemKind::tab:
-    case ItemKind::menuEntry:
-    case ItemKind::comboBox:
-    case ItemKind::spinBox:
-    case ItemKind::adjustable:
-    case ItemKind::rangeSlider:
-    case ItemKind::searchField:
-      return true;
-    default:
-      return false;
-  }
-}
-
-bool hasGestureRecognizers(const QQuickItem& item, const ItemClass& itemClass) {
-  switch (itemClass.kind) {
-    case ItemKind::textEdit:
-    case ItemKind::flickable:
-    case ItemKind::itemView:
-    case ItemKind::tableView:
-    case ItemKind::headerView:
-    case ItemKind::pathView:
-      return true;
-    default:
-      return itemClass.isTouchArea || hasPointerHandler(item);
-  }
+platform::TouchReactions touchReactionsOf(const QQuickItem& item, const ItemClass& itemClass,
+                                          const ItemDescription& description) {
+  const bool reactsByItself = isControl(itemClass.kind);
+  const bool isHandled = !reactsByItself && description.mayHaveHandlers && hasPointerHandler(item);
+  const bool isLink = (description.traits & platform::accessibility_traits::link) != 0;
+  return {.isUserInteractionEnabled =
+              description.isEnabled && (isLink || isHandled || !isOnlyLookedAt(itemClass.kind)),
+          .isControl = reactsByItself,
+          .hasGestureRecognizers =
+              isHandled || itemClass.isTouchArea || isDraggedOrEdited(itemClass.kind)};
 }
 
 ViewKind viewKindOf(const QQuickItem& item, const ItemClass& itemClass) {

@@ -15,13 +15,21 @@ QuickPane::QuickPane(QQuickWindow& window) : window_(&window) {
         }
       },
       Qt::DirectConnection);
+  // Told late when the main thread was held: the scene may be at the next frame already.
+  QObject::connect(&window, &QQuickWindow::frameSwapped, &receiver_, [this] {
+    if (isFrameWanted_) {
+      askForFrame();
+    }
+  });
 }
 
 QuickPane::~QuickPane() {
   QObject::disconnect(seeking_);
   delete seeker_.data();
   overlay_->end();
-  askForFrame();
+  if (window_ != nullptr) {
+    window_->update();
+  }
 }
 
 void QuickPane::show(std::shared_ptr<const platform::DisplayList> list, QPointF origin) {
@@ -35,7 +43,8 @@ void QuickPane::setHiddenForPicture(bool isHidden) {
 }
 
 void QuickPane::askForFrame() {
-  if (window_ != nullptr) {
+  isFrameWanted_ = overlay_->isBeingDrawn();
+  if (!isFrameWanted_ && window_ != nullptr) {
     window_->update();
   }
 }

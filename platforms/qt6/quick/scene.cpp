@@ -1,6 +1,7 @@
 #include "platforms/qt6/quick/scene.h"
 
 #include <QQuickItem>
+#include <span>
 #include <utility>
 
 #include "platforms/qt6/quick/live_items.h"
@@ -64,19 +65,24 @@ void Scene::expand(SceneItemView& view, int depth) {
   removeUnusedItems(*item, view.itemClass(), view.place().parent, inUse);
   // Constant, as the list is the item's own as long as nobody may change it.
   const QList<QQuickItem*> items = std::move(inUse);
-  std::vector<SceneItemView*> children;
-  children.reserve(static_cast<std::size_t>(items.size()));
+  const std::span children(std::pmr::polymorphic_allocator<SceneItemView*>(&memory_).allocate(
+                               static_cast<std::size_t>(items.size())),
+                           static_cast<std::size_t>(items.size()));
   const SceneItemView::Place inside = items.isEmpty() ? view.place() : placeInside(view, *item);
-  qsizetype next = 0;
-  for (; next < items.size() && items[next]->z() < 0; ++next) {
-    children.push_back(&add(*items[next], inside, depth + 1));
+  std::size_t next = 0;
+  const auto addNext = [&] {
+    children[next] = &add(*items[static_cast<qsizetype>(next)], inside, depth + 1);
+    ++next;
+  };
+  while (next < children.size() && items[static_cast<qsizetype>(next)]->z() < 0) {
+    addNext();
   }
   view.setPaintOrder(nextInPaintOrder_++);
   covers_.note(*item, view.itemClass(), *inside.surroundings, view.paintOrder());
-  for (; next < items.size(); ++next) {
-    children.push_back(&add(*items[next], inside, depth + 1));
+  while (next < children.size()) {
+    addNext();
   }
-  view.setChildren(std::move(children));
+  view.setChildren(children);
 }
 
 SceneItemView::Place Scene::placeInside(const SceneItemView& view, const QQuickItem& item) {

@@ -3,6 +3,7 @@
 #include <QSizeF>
 #include <deque>
 #include <memory>
+#include <memory_resource>
 #include <vector>
 
 #include "platforms/qt6/quick/item_class.h"
@@ -15,8 +16,8 @@ class QQuickItem;
 namespace tarnix::qt6 {
 
 /// All views of a Quick scene, made in one pass over its items: thousands of items are touched once
-/// while they are at hand, and nothing is allocated for each. Views point into it and keep it. Main
-/// thread.
+/// while they are at hand, and what is made of them lies side by side and goes at once. Views point
+/// into it and keep it. Main thread.
 class Scene : public std::enable_shared_from_this<Scene> {
  public:
   /// The view of `root`, the outermost item of a scene of this size.
@@ -39,9 +40,13 @@ class Scene : public std::enable_shared_from_this<Scene> {
   SceneItemView& add(QQuickItem& item, const SceneItemView::Place& place, int depth);
   SceneItemView::Place placeInside(const SceneItemView& view, const QQuickItem& item);
 
-  std::deque<SceneItemView> views_;
-  std::deque<Surroundings> surroundings_;
-  std::deque<SpokenText> spoken_;
+  // In bytes. Each block is larger than the last: a screen takes a handful.
+  static constexpr std::size_t firstBlock = 16'384;
+
+  std::pmr::monotonic_buffer_resource memory_{firstBlock};
+  std::pmr::deque<SceneItemView> views_{&memory_};
+  std::pmr::deque<Surroundings> surroundings_{&memory_};
+  std::pmr::deque<SpokenText> spoken_{&memory_};
   SceneCovers covers_;
   int nextInPaintOrder_ = 0;
 };

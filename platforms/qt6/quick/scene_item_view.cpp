@@ -17,12 +17,13 @@ SceneItemView::SceneItemView(Scene& scene, QQuickItem& item, const ItemClass& it
       class_(itemClass),
       place_(place),
       description_(describe(item, itemClass, place.parent, *place.surroundings, place.spoken)),
+      objectName_(item.objectName()),
       opacity_(item.opacity()),
       depth_(depth),
       isVisible_(item.isVisible()) {}
 
-void SceneItemView::setChildren(std::vector<SceneItemView*> children) {
-  children_ = std::move(children);
+void SceneItemView::setChildren(std::span<SceneItemView* const> children) {
+  children_ = children;
   for (SceneItemView* child : children_) {
     child->parent_ = this;
   }
@@ -75,17 +76,12 @@ platform::ViewKind SceneItemView::kind() const {
 }
 
 std::optional<std::string> SceneItemView::accessibilityIdentifier() const {
-  return item_ == nullptr ? std::nullopt : authorsName(*item_);
+  return item_ == nullptr ? std::nullopt : authorsName(objectName_);
 }
 
 platform::TouchReactions SceneItemView::touchReactions() const {
-  if (item_ == nullptr) {
-    return {};
-  }
-  const bool isLink = (description_.traits & platform::accessibility_traits::link) != 0;
-  return {.isUserInteractionEnabled = isUserInteractionEnabled(*item_, class_, isLink),
-          .isControl = isControl(class_),
-          .hasGestureRecognizers = hasGestureRecognizers(*item_, class_)};
+  return item_ == nullptr ? platform::TouchReactions()
+                          : touchReactionsOf(*item_, class_, description_);
 }
 
 std::shared_ptr<platform::Responder> SceneItemView::responder() const {

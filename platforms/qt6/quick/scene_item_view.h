@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QQuickItem>
+#include <span>
 #include <vector>
 
 #include "platforms/qt6/quick/item_description.h"
@@ -69,8 +70,8 @@ class SceneItemView : public platform::View {
   int paintOrder() const { return paintOrder_; }
   void setPaintOrder(int order) { paintOrder_ = order; }
   bool isExpanded() const { return isExpanded_; }
-  /// Each of them gets this as its parent.
-  void setChildren(std::vector<SceneItemView*> children);
+  /// Each of them gets this as its parent. The scene keeps the list.
+  void setChildren(std::span<SceneItemView* const> children);
 
  private:
   /// What can be seen of it, on the screen, and where it can be pointed at.
@@ -82,11 +83,12 @@ class SceneItemView : public platform::View {
   const ItemClass& class_;
   Place place_;
   ItemDescription description_;
-  std::vector<SceneItemView*> children_;
+  std::span<SceneItemView* const> children_;
   // Null for the outermost item.
   SceneItemView* parent_ = nullptr;
   // Found when it is first asked for: what hides the item is known once the scene is complete.
   mutable std::optional<QRectF> elementArea_;
+  QString objectName_;
   double opacity_;
   int depth_;
   int paintOrder_ = 0;

@@ -6,6 +6,7 @@
 #include <QSGImageNode>
 #include <QSGNode>
 #include <QSGRectangleNode>
+#include <QThread>
 #include <cmath>
 #include <utility>
 
@@ -14,6 +15,9 @@
 namespace tarnix::qt6 {
 
 namespace {
+
+// What was begun may never come to its end: a picture of the window is drawn without being shown.
+constexpr std::chrono::milliseconds longestFrame{500};
 
 /// What needs no picture; null for everything else.
 const platform::RoundedRectangle* plainRectangle(const platform::Figure& figure) {
@@ -79,6 +83,10 @@ void SceneOverlay::followFramesOf(QQuickWindow& window) {
   frames_ = QObject::connect(
       &window, &QQuickWindow::afterSynchronizing, &window,
       [self = shared_from_this(), &window] { self->synchronize(window); }, Qt::DirectConnection);
+  swaps_ = QObject::connect(
+      &window, &QQuickWindow::frameSwapped, &window,
+      [self = shared_from_this()] { self->frameBegan_ = Clock::time_point(); },
+      Qt::DirectConnection);
 }
 
 void SceneOverlay::show(std::shared_ptr<const platform::DisplayList> list, QPointF origin) {
@@ -95,15 +103,25 @@ void SceneOverlay::setHiddenForPicture(bool isHidden) {
 void SceneOverlay::end() {
   hasEnded_ = true;
   if (node_ == nullptr) {
-    QObject::disconnect(frames_);
+    stopFollowing();
   }
 }
+
+void SceneOverlay::stopFollowing() {
+  QObject::disconnect(frames_);
+  QObject::disconnect(swaps_);
+}
+
+bool SceneOverlay::isBeingDrawn() const { return Clock::now() - frameBegan_.load() < longestFrame; }
 
 void SceneOverlay::synchronize(QQuickWindow& window) {
   if (hasEnded_) {
     delete node_;
-    QObject::disconnect(frames_);
+    stopFollowing();
     return;
+  }
+  if (QThread::currentThread() != window.thread()) {
+    frameBegan_ = Clock::now();
   }
   enter();
   if (node_ != nullptr && isChanged_) {
