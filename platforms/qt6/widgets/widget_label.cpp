@@ -137,7 +137,8 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
       return firstOf({withoutShownMnemonic(static_cast<const QAbstractButton&>(widget).text()),
                       name, plainText(widget.toolTip()),
                       labelOfIcon(static_cast<const QAbstractButton&>(widget).icon().name()),
-                      nameOfBareButton(widget)});
+                      nameOfBareButton(widget), plainText(widget.statusTip()),
+                      plainText(widget.whatsThis())});
     case WidgetKind::lineEdit:
     case WidgetKind::textEdit:
     case WidgetKind::plainTextEdit:

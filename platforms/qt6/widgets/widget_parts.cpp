@@ -7,12 +7,14 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
+#include <QTextEdit>
 
 #include "platforms/qt6/widgets/graphics_figures.h"
 #include "platforms/qt6/widgets/header_sections.h"
 #include "platforms/qt6/widgets/item_view_cells.h"
 #include "platforms/qt6/widgets/menu_entries.h"
 #include "platforms/qt6/widgets/tabs.h"
+#include "platforms/qt6/widgets/text_links.h"
 #include "platforms/qt6/widgets/title_bar_buttons.h"
 
 namespace tarnix::qt6 {
@@ -27,6 +29,7 @@ bool hasParts(WidgetKind kind) {
     case WidgetKind::graphicsView:
     case WidgetKind::subWindow:
     case WidgetKind::subWindowControls:
+    case WidgetKind::textEdit:
       return true;
     default:
       return false;
@@ -57,6 +60,9 @@ PlainItems partsOf(const QWidget& widget, WidgetKind kind, QPointF topLeft,
       break;
     case WidgetKind::subWindow:
       parts = titleBarButtons(static_cast<const QMdiSubWindow&>(widget));
+      break;
+    case WidgetKind::textEdit:
+      parts = visibleLinks(static_cast<const QTextEdit&>(widget));
       break;
     case WidgetKind::subWindowControls:
       parts = controlButtons(widget);

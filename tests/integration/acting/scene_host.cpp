@@ -20,7 +20,9 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableWidget>
+#include <QTextBrowser>
 #include <QTreeWidget>
+#include <QUrl>
 #include <cstdio>
 
 namespace {
@@ -169,8 +171,12 @@ int main(int argumentCount, char** arguments) {
                    [](const QString& text) { did("search " + text); });
   QKeySequenceEdit keys(&window);
   keys.setGeometry(760, 580, 130, 30);
-  QObject::connect(&keys, &QKeySequenceEdit::keySequenceChanged,
-                   [](const QKeySequence& sequence) { did("keys " + sequence.toString()); });
+  QTextBrowser page(&window);
+  page.setGeometry(120, 610, 490, 28);
+  page.setHtml("Read <a href=\"#one\">the <b>first</b></a> or <a href=\"#two\">the second</a>.");
+  page.setOpenLinks(false);
+  QObject::connect(&page, &QTextBrowser::anchorClicked,
+                   [](const QUrl& address) { did("followed " + address.fragment()); });
   QPushButton colour("Colour", &window);
   colour.setGeometry(10, 610, 100, 28);
   QObject::connect(&colour, &QPushButton::clicked, [&window] {
