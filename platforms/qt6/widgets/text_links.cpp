@@ -1,10 +1,13 @@
 #include "platforms/qt6/widgets/text_links.h"
 
-#include <QTextBlock>
+#include <QAbstractTextDocumentLayout>
+#include <QScrollBar>
 #include <QTextCursor>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <QTextLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "platforms/qt6/shared/spoken_label.h"
 
@@ -26,23 +29,19 @@ struct Link {
   int end = 0;
 };
 
-/// Where the first line of it stands, in the viewport.
-QRect areaOf(const QTextEdit& widget, const QTextBlock& block, const Link& link) {
-  QTextCursor cursor(block);
-  cursor.setPosition(link.begin);
-  const QRect first = widget.cursorRect(cursor);
-  const QTextLine line = block.layout()->lineForTextPosition(link.begin - block.position());
-  const int endOfLine =
-      line.isValid() ? block.position() + line.textStart() + line.textLength() : link.end;
-  cursor.setPosition(std::min(link.end, endOfLine));
-  const QRect last = widget.cursorRect(cursor);
-  if (last.top() != first.top()) {
-    // The place behind the last letter of a line is the first one of the next.
-    return QRect(first.left(), first.top(), widget.viewport()->width() - first.left(),
-                 first.height());
+/// Where the first line of it stands in its document.
+QRectF areaOf(const QTextBlock& block, const Link& link) {
+  const int begin = link.begin - block.position();
+  const QTextLine line = block.layout()->lineForTextPosition(begin);
+  if (!line.isValid()) {
+    return {};
   }
-  return QRect(QPoint(std::min(first.left(), last.left()), first.top()),
-               QPoint(std::max(first.left(), last.left()), first.bottom()));
+  const int end = std::min(link.end - block.position(), line.textStart() + line.textLength());
+  const qreal left = line.cursorToX(begin);
+  const qreal right = line.cursorToX(end);
+  const QPointF corner = block.document()->documentLayout()->blockBoundingRect(block).topLeft() +
+                         QPointF(std::min(left, right), line.y());
+  return QRectF(corner, QSizeF(std::abs(right - left), line.height()));
 }
 
 std::vector<Link> linksOf(const QTextBlock& block) {
@@ -67,32 +66,36 @@ std::vector<Link> linksOf(const QTextBlock& block) {
 
 }  // namespace
 
-std::vector<PlainItem::Description> visibleLinks(const QTextEdit& widget) {
+std::vector<PlainItem::Description> linksIn(const QTextBlock& first, QPointF origin,
+                                            const QRectF& visible) {
   std::vector<PlainItem::Description> result;
-  const QWidget& viewport = *widget.viewport();
-  if (!widget.textInteractionFlags().testFlag(Qt::LinksAccessibleByMouse) ||
-      !viewport.isVisible()) {
-    return result;
-  }
-  QTextBlock block = widget.cursorForPosition(QPoint(0, 0)).block();
+  QTextBlock block = first;
   for (int count = 0; block.isValid() && count < mostBlocks; block = block.next(), ++count) {
-    const QRect beginning = widget.cursorRect(QTextCursor(block));
-    if (beginning.top() > viewport.height()) {
+    const QRectF place = block.document()->documentLayout()->blockBoundingRect(block);
+    if (place.top() + origin.y() > visible.bottom() || result.size() >= mostLinks) {
       break;
     }
     for (const Link& link : linksOf(block)) {
       PlainItem::Description description;
       description.label = inOneLine(link.text);
-      description.area =
-          areaOf(widget, block, link).intersected(viewport.rect()).translated(viewport.pos());
-      description.traits = widget.isEnabled() ? traits::link : traits::link | traits::notEnabled;
+      description.area = areaOf(block, link).translated(origin).intersected(visible);
+      description.traits = traits::link;
       result.push_back(std::move(description));
-    }
-    if (result.size() >= mostLinks) {
-      break;
     }
   }
   return result;
+}
+
+std::vector<PlainItem::Description> visibleLinks(const QTextEdit& widget) {
+  const QWidget& viewport = *widget.viewport();
+  if (!widget.textInteractionFlags().testFlag(Qt::LinksAccessibleByMouse) ||
+      !viewport.isVisible()) {
+    return {};
+  }
+  const QPointF scrolled(widget.horizontalScrollBar()->value(),
+                         widget.verticalScrollBar()->value());
+  return linksIn(widget.cursorForPosition(QPoint(0, 0)).block(), viewport.pos() - scrolled,
+                 viewport.geometry());
 }
 
 }  // namespace tarnix::qt6

@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QGraphicsView>
 #include <QHeaderView>
+#include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -12,6 +13,7 @@
 #include "platforms/qt6/widgets/graphics_figures.h"
 #include "platforms/qt6/widgets/header_sections.h"
 #include "platforms/qt6/widgets/item_view_cells.h"
+#include "platforms/qt6/widgets/label_link.h"
 #include "platforms/qt6/widgets/menu_entries.h"
 #include "platforms/qt6/widgets/tabs.h"
 #include "platforms/qt6/widgets/text_links.h"
@@ -30,6 +32,7 @@ bool hasParts(WidgetKind kind) {
     case WidgetKind::subWindow:
     case WidgetKind::subWindowControls:
     case WidgetKind::textEdit:
+    case WidgetKind::label:
       return true;
     default:
       return false;
@@ -60,6 +63,9 @@ PlainItems partsOf(const QWidget& widget, WidgetKind kind, QPointF topLeft,
       break;
     case WidgetKind::subWindow:
       parts = titleBarButtons(static_cast<const QMdiSubWindow&>(widget));
+      break;
+    case WidgetKind::label:
+      parts = linksOf(static_cast<const QLabel&>(widget));
       break;
     case WidgetKind::textEdit:
       parts = visibleLinks(static_cast<const QTextEdit&>(widget));

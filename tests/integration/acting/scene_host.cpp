@@ -177,6 +177,10 @@ int main(int argumentCount, char** arguments) {
   page.setOpenLinks(false);
   QObject::connect(&page, &QTextBrowser::anchorClicked,
                    [](const QUrl& address) { did("followed " + address.fragment()); });
+  QLabel about("By <a href=\"#me\">somebody</a>, see <a href=\"#law\">licence</a>", &window);
+  about.setGeometry(620, 612, 270, 26);
+  QObject::connect(&about, &QLabel::linkActivated,
+                   [](const QString& link) { did("link " + link); });
   QPushButton colour("Colour", &window);
   colour.setGeometry(10, 610, 100, 28);
   QObject::connect(&colour, &QPushButton::clicked, [&window] {

@@ -102,6 +102,8 @@ class SceneTest(unittest.TestCase):
         self.tap("the first", "Tapped control: ", ["followed one"])
         self.application.forget()
         self.tap("the second", "Tapped control: ", ["followed two"])
+        self.application.forget()
+        self.tap("licence", "Tapped control: By somebody, see licence", ["link #law"])
 
     def test_boxes_without_a_text_are_called_after_their_column(self):
         boxes = [element for element in self.application.screen()
