@@ -105,6 +105,16 @@ class SceneTest(unittest.TestCase):
         self.application.forget()
         self.tap("licence", "Tapped control: By somebody, see licence", ["link #law"])
 
+    def test_a_popup_with_a_field_gets_what_is_typed(self):
+        self.application.tap_label("Open popup")
+        self.application.tap_label("Rename")
+        self.assertEqual(self.application.type("né")["message"], "Typed 2 characters")
+        self.expect(["renamed né"])
+        self.application.tap_label("Rename it")
+
+    def test_what_shows_a_hand_takes_presses(self):
+        self.tap("Filtered", "Tapped control: Filtered", ["filtered"])
+
     def test_boxes_without_a_text_are_called_after_their_column(self):
         boxes = [element for element in self.application.screen()
                  if element[0] == "Visible" and element[3] == "button"]
