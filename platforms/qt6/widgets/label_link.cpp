@@ -4,7 +4,11 @@
 #include <QLabel>
 #include <QMetaMethod>
 #include <QStyle>
+#include <QTextBlock>
 #include <QTextDocument>
+
+#include "platforms/qt6/widgets/text_links.h"
+#include "platforms/qt6/widgets/widget_label.h"
 
 namespace tarnix::qt6 {
 
@@ -18,18 +22,17 @@ struct OpenLabel : QLabel {
   }
 };
 
-}  // namespace
-
-bool hasLinkAt(const QLabel& label, QPoint point) {
+bool canFollowLinks(const QLabel& label) {
   const bool isRich = label.textFormat() == Qt::RichText ||
                       label.textFormat() == Qt::MarkdownText ||
                       (label.textFormat() == Qt::AutoText && Qt::mightBeRichText(label.text()));
-  if (!isRich || !(label.textInteractionFlags() & Qt::LinksAccessibleByMouse) ||
-      !OpenLabel::followsLinks(label)) {
-    return false;
-  }
-  // The label keeps how it lays its text out to itself, so the text is laid out once more.
-  QTextDocument document;
+  return isRich && label.textInteractionFlags().testFlag(Qt::LinksAccessibleByMouse) &&
+         OpenLabel::followsLinks(label);
+}
+
+/// The label keeps how it lays its text out to itself, so the text is laid out once more. Returns
+/// where the document stands in the label.
+QPoint layOut(const QLabel& label, QTextDocument& document) {
   document.setDefaultFont(label.font());
   document.setDocumentMargin(0);
   if (label.textFormat() == Qt::MarkdownText) {
@@ -60,7 +63,34 @@ bool hasLinkAt(const QLabel& label, QPoint point) {
   } else if (alignment & Qt::AlignBottom) {
     top += area.height() - height;
   }
-  return !document.documentLayout()->anchorAt(point - QPoint(area.left(), top)).isEmpty();
+  return {area.left(), top};
+}
+
+}  // namespace
+
+bool hasLinkAt(const QLabel& label, QPoint point) {
+  if (!canFollowLinks(label)) {
+    return false;
+  }
+  QTextDocument document;
+  const QPoint origin = layOut(label, document);
+  return !document.documentLayout()->anchorAt(point - origin).isEmpty();
+}
+
+std::vector<PlainItem::Description> linksOf(const QLabel& label) {
+  // Most labels are no more than a word, and there may be thousands.
+  if (!label.text().contains(QLatin1String("href")) && label.textFormat() != Qt::MarkdownText) {
+    return {};
+  }
+  if (!canFollowLinks(label)) {
+    return {};
+  }
+  QTextDocument document;
+  const QPoint origin = layOut(label, document);
+  std::vector<PlainItem::Description> links = linksIn(document.begin(), origin, label.rect());
+  // What is one link as a whole says so itself.
+  return links.size() == 1 && textOfLabel(label).isLink ? std::vector<PlainItem::Description>()
+                                                        : links;
 }
 
 }  // namespace tarnix::qt6

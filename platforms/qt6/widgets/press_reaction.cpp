@@ -92,6 +92,17 @@ PressReaction reactionOfSubWindow(const QMdiSubWindow& window, QPoint point) {
   return keepsUnless(isBehind || isInOneOf(titleBarButtons(window), point));
 }
 
+/// What takes presses by a filter on its events cannot be told from outside, but its author shows a
+/// hand over it. Texts do so by themselves where the mouse has been over a link.
+bool saysThatItReacts(const QWidget& widget, WidgetKind kind) {
+  const auto* const area = qobject_cast<const QAbstractScrollArea*>(widget.parentWidget());
+  const bool isText = (area != nullptr && area->viewport() == &widget) ||
+                      (kind == WidgetKind::label &&
+                       static_cast<const QLabel&>(widget).text().contains(QLatin1String("href")));
+  return !isText && widget.testAttribute(Qt::WA_SetCursor) &&
+         widget.cursor().shape() == Qt::PointingHandCursor;
+}
+
 PressReaction reactionOfHeader(const QHeaderView& header, QPoint point) {
   return keepsUnless(header.sectionsClickable() &&
                      header.logicalIndexAt(header.viewport()->mapFrom(&header, point)) >= 0);
@@ -159,7 +170,7 @@ PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point) {
       return PressReaction::reacts;
     }
   }
-  return reactsIf(hasOwnPressHandler(widget));
+  return reactsIf(hasOwnPressHandler(widget) || saysThatItReacts(widget, kind));
 }
 
 }  // namespace tarnix::qt6

@@ -137,7 +137,8 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
       return firstOf({withoutShownMnemonic(static_cast<const QAbstractButton&>(widget).text()),
                       name, plainText(widget.toolTip()),
                       labelOfIcon(static_cast<const QAbstractButton&>(widget).icon().name()),
-                      nameOfBareButton(widget)});
+                      nameOfBareButton(widget), plainText(widget.statusTip()),
+                      plainText(widget.whatsThis())});
     case WidgetKind::lineEdit:
     case WidgetKind::textEdit:
     case WidgetKind::plainTextEdit:
@@ -155,8 +156,8 @@ QString labelOf(const QWidget& widget, WidgetKind kind, const Buddies* buddies) 
       return firstOf({name, Buddies::textFor(buddies, widget), labelNearby(widget),
                       shownByProgressBar(static_cast<const QProgressBar&>(widget))});
     case WidgetKind::lcdNumber:
-      return firstOf(
-          {name, Buddies::textFor(buddies, widget), labelNearby(widget), contentOf(widget, kind)});
+      // It is a text of its own, whatever stands beside it: what it shows is what is read.
+      return contentOf(widget, kind);
     case WidgetKind::groupBox:
       return firstOf({withoutShownMnemonic(static_cast<const QGroupBox&>(widget).title())});
     case WidgetKind::statusBar:

@@ -3,16 +3,20 @@
 #include <QAbstractItemView>
 #include <QGraphicsView>
 #include <QHeaderView>
+#include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
+#include <QTextEdit>
 
 #include "platforms/qt6/widgets/graphics_figures.h"
 #include "platforms/qt6/widgets/header_sections.h"
 #include "platforms/qt6/widgets/item_view_cells.h"
+#include "platforms/qt6/widgets/label_link.h"
 #include "platforms/qt6/widgets/menu_entries.h"
 #include "platforms/qt6/widgets/tabs.h"
+#include "platforms/qt6/widgets/text_links.h"
 #include "platforms/qt6/widgets/title_bar_buttons.h"
 
 namespace tarnix::qt6 {
@@ -27,6 +31,8 @@ bool hasParts(WidgetKind kind) {
     case WidgetKind::graphicsView:
     case WidgetKind::subWindow:
     case WidgetKind::subWindowControls:
+    case WidgetKind::textEdit:
+    case WidgetKind::label:
       return true;
     default:
       return false;
@@ -57,6 +63,12 @@ PlainItems partsOf(const QWidget& widget, WidgetKind kind, QPointF topLeft,
       break;
     case WidgetKind::subWindow:
       parts = titleBarButtons(static_cast<const QMdiSubWindow&>(widget));
+      break;
+    case WidgetKind::label:
+      parts = linksOf(static_cast<const QLabel&>(widget));
+      break;
+    case WidgetKind::textEdit:
+      parts = visibleLinks(static_cast<const QTextEdit&>(widget));
       break;
     case WidgetKind::subWindowControls:
       parts = controlButtons(widget);

@@ -13,9 +13,9 @@ namespace tarnix::qt6 {
 using PlainItems = std::vector<std::shared_ptr<platform::AccessibilityItem>>;
 
 /// What a widget paints that is no widget: the rows and cells of an item view that can be seen, the
-/// sections of a header, tabs, the entries of menus and menu bars, the figures of a scene, and the
-/// buttons of a title bar inside a window. `topLeft` is where the widget stands on the screen. Main
-/// thread.
+/// sections of a header, tabs, the entries of menus and menu bars, the figures of a scene, the
+/// links of a text, and the buttons of a title bar inside a window. `topLeft` is where the widget
+/// stands on the screen. Main thread.
 PlainItems partsOf(const QWidget& widget, WidgetKind kind, QPointF topLeft,
                    const Surroundings& surroundings);
 

@@ -45,6 +45,18 @@ bool takesKeys(const QWidget& widget) {
   return false;
 }
 
+/// A popup with a field of its own gets what is typed while it is open, whichever window has the
+/// focus. Lists of suggestions have none: they leave it to the field that they belong to.
+const QWidget* fieldOfPopup() {
+  const QWidget* const popup = QApplication::activePopupWidget();
+  QWidget* const focused = popup == nullptr ? nullptr : popup->focusWidget();
+  return focused != nullptr && focused->isVisible() &&
+                 qobject_cast<const QAbstractItemView*>(focused) == nullptr &&
+                 keyboard::editsText(*focused)
+             ? focused
+             : nullptr;
+}
+
 /// Some look for what lies under the mouse when it moves, and press that.
 bool followsMouse(const QWidget& widget) {
   return widget.hasMouseTracking() && hasOwnMoveHandler(widget);
@@ -77,6 +89,9 @@ bool WidgetResponder::isUserInteractionEnabled() const {
 bool WidgetResponder::isFirstResponder() const {
   if (widget_ == nullptr || !widget_->isVisible()) {
     return false;
+  }
+  if (const QWidget* const field = fieldOfPopup()) {
+    return field == widget_;
   }
   const QWidget* const focused = widget_->window()->focusWidget();
   if (focused != nullptr) {

@@ -20,7 +20,9 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableWidget>
+#include <QTextBrowser>
 #include <QTreeWidget>
+#include <QUrl>
 #include <cstdio>
 
 namespace {
@@ -59,6 +61,40 @@ class Ornament : public QGraphicsRectItem {
  protected:
   void hoverEnterEvent(QGraphicsSceneHoverEvent*) override {}
 };
+
+/// Made to be tapped by a filter, as applications do with labels.
+class Filter : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonRelease) {
+      did("filtered");
+    }
+    return false;
+  }
+};
+
+void addPopup(QWidget* window) {
+  auto* const label = new QLabel("Filtered", window);
+  label->setGeometry(10, 645, 100, 28);
+  label->setCursor(Qt::PointingHandCursor);
+  label->installEventFilter(new Filter(label));
+  auto* const popup = new QFrame(window, Qt::Popup);
+  auto* const field = new QLineEdit(popup);
+  field->setGeometry(10, 10, 100, 28);
+  field->setPlaceholderText("Rename");
+  QObject::connect(field, &QLineEdit::textEdited,
+                   [](const QString& text) { did("renamed " + text); });
+  auto* const close = new QPushButton("Rename it", popup);
+  close->setGeometry(120, 10, 100, 28);
+  QObject::connect(close, &QPushButton::clicked, popup, &QWidget::close);
+  auto* const open = new QPushButton("Open popup", window);
+  open->setGeometry(120, 645, 100, 28);
+  QObject::connect(open, &QPushButton::clicked, [popup, window] {
+    popup->setGeometry(QRect(window->mapToGlobal(QPoint(100, 500)), QSize(240, 50)));
+    popup->show();
+  });
+}
 
 QWidget* form() {
   auto* const widget = new QWidget;
@@ -123,7 +159,8 @@ void fill(QGraphicsScene& scene) {
 int main(int argumentCount, char** arguments) {
   QApplication application(argumentCount, arguments);
   QWidget window;
-  window.resize(900, 640);
+  window.resize(900, 680);
+  addPopup(&window);
   QGraphicsScene scene;
   fill(scene);
   QGraphicsView view(&scene, &window);
@@ -169,8 +206,16 @@ int main(int argumentCount, char** arguments) {
                    [](const QString& text) { did("search " + text); });
   QKeySequenceEdit keys(&window);
   keys.setGeometry(760, 580, 130, 30);
-  QObject::connect(&keys, &QKeySequenceEdit::keySequenceChanged,
-                   [](const QKeySequence& sequence) { did("keys " + sequence.toString()); });
+  QTextBrowser page(&window);
+  page.setGeometry(120, 610, 490, 28);
+  page.setHtml("Read <a href=\"#one\">the <b>first</b></a> or <a href=\"#two\">the second</a>.");
+  page.setOpenLinks(false);
+  QObject::connect(&page, &QTextBrowser::anchorClicked,
+                   [](const QUrl& address) { did("followed " + address.fragment()); });
+  QLabel about("By <a href=\"#me\">somebody</a>, see <a href=\"#law\">licence</a>", &window);
+  about.setGeometry(620, 612, 270, 26);
+  QObject::connect(&about, &QLabel::linkActivated,
+                   [](const QString& link) { did("link " + link); });
   QPushButton colour("Colour", &window);
   colour.setGeometry(10, 610, 100, 28);
   QObject::connect(&colour, &QPushButton::clicked, [&window] {

@@ -3,10 +3,9 @@ with the effect that a person's finger has."""
 
 import unittest
 
-import acting_support
-from acting_support import Application
+from acting_support import Application, support
 
-HOST = acting_support.support.BUILD / "bin" / "tarnix_scene_host"
+HOST = support.BUILD / "bin" / "tarnix_scene_host"
 
 
 class SceneTest(unittest.TestCase):
@@ -22,7 +21,12 @@ class SceneTest(unittest.TestCase):
     def tap(self, label, message, deeds):
         answer = self.application.tap_label(label)
         self.assertEqual(answer["message"][:len(message)], message)
-        self.assertEqual(self.application.wait_for_deeds(deeds), deeds)
+        self.expect(deeds)
+
+    def expect(self, deeds):
+        # What is there so far, so that a test of many taps is a short one.
+        support.wait_for(lambda: len(self.application.did()) >= len(deeds), deeds)
+        self.assertEqual(self.application.did(), deeds)
 
     def test_figures_and_widgets_are_read_where_they_are_seen(self):
         elements = {label: (tag, x, y) for label, x, y, tag in self.application.screen()}
@@ -52,7 +56,7 @@ class SceneTest(unittest.TestCase):
         self.application.forget()
         self.assertEqual(self.application.type("k")["message"],
                          "Typed 1 characters via UIKeyInput")
-        self.assertEqual(self.application.wait_for_deeds(["key k"]), ["key k"])
+        self.expect(["key k"])
         self.application.forget()
         self.tap("Own words", "Tapped control: ", ["word"])
         self.application.forget()
@@ -64,7 +68,7 @@ class SceneTest(unittest.TestCase):
         self.tap("Off", "No tappable element at", [])
         self.tap("Field", "Tapped control: Field", [])
         self.assertEqual(self.application.type("hé")["message"], "Typed 2 characters")
-        self.assertEqual(self.application.wait_for_deeds(["field hé"]), ["field hé"])
+        self.expect(["field hé"])
         self.application.forget()
         self.application.tap_label("One")
         self.tap("Two", "Tapped control: ", ["combo 1"])
@@ -73,7 +77,7 @@ class SceneTest(unittest.TestCase):
         x, y = self.application.find("Row 1")
         answer = self.application.swipe(x, y, x, y - 60)
         self.assertEqual(answer["message"], "Scrolled by (0,60)")
-        self.assertEqual(self.application.wait_for_deeds(["list at 60"]), ["list at 60"])
+        self.expect(["list at 60"])
 
     def test_buttons_that_a_window_inside_a_window_paints(self):
         self.tap("Minimize", "Tapped control: Inner", ["small"])
@@ -86,13 +90,30 @@ class SceneTest(unittest.TestCase):
         self.application.tap_label("Press shortcut")
         self.assertEqual(self.application.type("k")["message"],
                          "Typed 1 characters via UIKeyInput")
-        self.assertEqual(self.application.wait_for_deeds(["keys K"]), ["keys K"])
+        self.assertIn(' v="K', self.application.ask("command.screenHTML", {})["html"])
         self.application.tap_label("Colour")
         x, y = self.application.find("Basic colors")
         self.assertTrue(self.application.tap(x, y + 40)["success"])
-        acting_support.support.wait_for(lambda: "colour" in self.application.did(), "a colour")
+        support.wait_for(lambda: "colour" in self.application.did(), "a colour")
         self.application.tap_label("Cancel")
         self.application.find("Inside")
+
+    def test_links_in_a_text_are_followed(self):
+        self.tap("the first", "Tapped control: ", ["followed one"])
+        self.application.forget()
+        self.tap("the second", "Tapped control: ", ["followed two"])
+        self.application.forget()
+        self.tap("licence", "Tapped control: By somebody, see licence", ["link #law"])
+
+    def test_a_popup_with_a_field_gets_what_is_typed(self):
+        self.application.tap_label("Open popup")
+        self.application.tap_label("Rename")
+        self.assertEqual(self.application.type("né")["message"], "Typed 2 characters")
+        self.expect(["renamed né"])
+        self.application.tap_label("Rename it")
+
+    def test_what_shows_a_hand_takes_presses(self):
+        self.tap("Filtered", "Tapped control: Filtered", ["filtered"])
 
     def test_boxes_without_a_text_are_called_after_their_column(self):
         boxes = [element for element in self.application.screen()
@@ -101,7 +122,7 @@ class SceneTest(unittest.TestCase):
         # Where they are said to be is where they are checked.
         _, x, y, _ = boxes[2]
         self.application.tap(x, y)
-        self.assertEqual(self.application.wait_for_deeds(["box 2 2"])[-1], "box 2 2")
+        support.wait_for(lambda: "box 2 2" in self.application.did(), "a checked box")
 
     def test_disabled_items_are_read_and_do_nothing(self):
         self.tap("Layer 1", "No tappable element at", [])
@@ -111,10 +132,10 @@ class SceneTest(unittest.TestCase):
         # Beside its text a disabled row is unfolded like any other.
         _, y = self.application.find("Locked")
         self.assertTrue(self.application.tap(620 + 11, y)["success"])
-        self.assertEqual(self.application.wait_for_deeds(["unfolded"]), ["unfolded"])
+        self.expect(["unfolded"])
         self.application.forget()
         self.tap("Leaf", "No tappable element at", [])
 
 
 if __name__ == "__main__":
-    acting_support.support.main()
+    support.main()

@@ -132,7 +132,8 @@ TEST(WidgetScreen, OfPagesTheCurrentOneIsThere) {
                                    "StaticText Stacked above", "Button Open drawer",
                                    "StaticText In the open drawer", "Button Closed drawer",
                                    // The lower of two windows shows no more than an edge.
-                                   "Header Document [*]*", "StaticText Upper"));
+                                   "Header Document [*]*", "Button System menu", "Button Minimize",
+                                   "Button Maximize", "Button Close", "StaticText Upper"));
 }
 
 TEST(WidgetScreen, OpenMenusAreReadInFrontOfTheWindow) {
