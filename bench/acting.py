@@ -11,7 +11,9 @@ The hold is processor time of the main thread from the start of a command's hand
 the event loop: the application itself times each event that its loop hands out. What the toolkit
 and the application do with the press that a tap sends happens inside, and is told apart: it is what
 a click costs, too. Frames that show an effect are events of their own, and no part of it. The
-numbers of elements are those in the answers; `type` looks for a focus that is nowhere.
+numbers of elements are those in the answers; `type` looks for a focus that is nowhere. While the
+scene is drawn for a screenshot the main thread waits, which is no processor time of its own: the
+line of pictures has it.
 
     acting.py BUILD_FOLDER [ELEMENTS...]
 
@@ -154,11 +156,14 @@ def measure(count):
               f"{grabbed / picture:.1f} times faster", flush=True)
         commands = {
             "html": lambda: host.ask("command.screenHTML", {}),
+            "text": lambda: host.ask("command.screenText", {}),
             "find": lambda: host.ask("command.findElement", {"text": "7"}),
             "audit": lambda: host.ask("command.accessibilityAudit", {}),
             "snapshot": lambda: host.ask("command.requestSnapshot", {}),
             "type": lambda: host.type("a"),
-            "tap": lambda: host.tap(*host.place())}
+            "tap": lambda: host.tap(*host.place()),
+            "swipe": lambda: host.swipe(500, 500, 500, 100),
+            "screenshot": lambda: host.ask("command.requestScreenshot", {})}
         holds = {name: host.hold(act) for name, act in commands.items()}
         print("                  main thread held by " + ", ".join(
             f"{name} {held:.2f} ms" + (f" ({size:,} elements)" if size else "")
