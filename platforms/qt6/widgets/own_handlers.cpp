@@ -1,6 +1,7 @@
 #include "platforms/qt6/widgets/own_handlers.h"
 
 #include <dlfcn.h>
+#include <link.h>
 
 #include <QWidget>
 #include <cstddef>
@@ -39,10 +40,11 @@ bool isOwn(const QWidget& widget, std::optional<std::size_t> slot) {
   if (!slot) {
     return false;
   }
-  const void* const* const functions = *reinterpret_cast<const void* const* const*>(&widget);
-  Dl_info origin{};
-  return dladdr(functions[*slot], &origin) != 0 && origin.dli_fname != nullptr &&
-         std::strstr(origin.dli_fname, "libQt6Widgets.so") == nullptr;
+  void* const* const functions = *reinterpret_cast<void* const* const*>(&widget);
+  // Asked of every widget of a screen: `dladdr` goes through all symbols of the file.
+  dl_find_object file{};
+  return _dl_find_object(functions[*slot], &file) == 0 &&
+         std::strstr(file.dlfo_link_map->l_name, "libQt6Widgets.so") == nullptr;
 }
 
 }  // namespace
