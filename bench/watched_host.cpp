@@ -1,13 +1,18 @@
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEvent>
-#include <QGuiApplication>
+#include <QGridLayout>
+#include <QPushButton>
 #include <QQmlApplicationEngine>
 #include <QSocketNotifier>
 #include <QUrl>
+#include <QWidget>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -24,16 +29,16 @@ Milliseconds now() {
 
 /// Times what its event loop hands out. Between two of these the loop is free for others, so each
 /// is one unbroken hold of the main thread.
-class WatchedApplication : public QGuiApplication {
+class WatchedApplication : public QApplication {
  public:
-  using QGuiApplication::QGuiApplication;
+  using QApplication::QApplication;
 
   bool notify(QObject* receiver, QEvent* event) override {
     // The receiver may be gone afterwards.
     const bool isForWindow = receiver->isWindowType();
     const Milliseconds begin = now();
     ++depth_;
-    const bool result = QGuiApplication::notify(receiver, event);
+    const bool result = QApplication::notify(receiver, event);
     --depth_;
     const Milliseconds time = now() - begin;
     if (depth_ == 1) {
@@ -74,15 +79,39 @@ class WatchedApplication : public QGuiApplication {
   bool isTelling_ = false;
 };
 
+/// As many buttons as there are to be, in a square.
+std::unique_ptr<QWidget> makeWidgets(int count) {
+  auto window = std::make_unique<QWidget>();
+  auto* const grid = new QGridLayout(window.get());
+  grid->setSpacing(0);
+  const int columns = static_cast<int>(std::ceil(std::sqrt(count)));
+  for (int index = 0; index < count; ++index) {
+    auto* const button = new QPushButton(QStringLiteral("Item %1").arg(index));
+    button->setMinimumSize(1, 1);
+    grid->addWidget(button, index / columns, index % columns);
+  }
+  window->resize(1000, 1000);
+  window->show();
+  return window;
+}
+
 }  // namespace
 
-/// Shows the QML file that stands first on the command line. For each line on standard input it
+/// Shows what stands first on the command line: a QML file, or "widgets", as many as the number
+/// that stands second. For each line on standard input it
 /// says how long its main thread was held since the last one, in milliseconds: by the longest of
 /// all events that were for no window, without the events that were sent from within; by these;
 /// and by all events for windows together, which are frames and what a person does.
 int main(int argc, char** argv) {
   WatchedApplication application(argc, argv);
-  QQmlApplicationEngine engine(QUrl::fromLocalFile(QString::fromLocal8Bit(argv[1])));
+  const QString shown = QString::fromLocal8Bit(argv[1]);
+  std::unique_ptr<QWidget> widgets;
+  QQmlApplicationEngine engine;
+  if (shown == QLatin1String("widgets")) {
+    widgets = makeWidgets(std::atoi(argv[2]));
+  } else {
+    engine.load(QUrl::fromLocalFile(shown));
+  }
   QSocketNotifier questions(0, QSocketNotifier::Read);
   QObject::connect(&questions, &QSocketNotifier::activated, [&application] {
     std::string line;
