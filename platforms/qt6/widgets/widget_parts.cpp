@@ -10,6 +10,7 @@
 #include <QTabBar>
 #include <QTextEdit>
 
+#include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/widgets/graphics_figures.h"
 #include "platforms/qt6/widgets/header_sections.h"
 #include "platforms/qt6/widgets/item_view_cells.h"
@@ -80,6 +81,7 @@ PlainItems partsOf(const QWidget& widget, WidgetKind kind, QPointF topLeft,
   result.reserve(parts.size());
   for (PlainItem::Description& part : parts) {
     part.area = surroundings.visiblePart(part.area.translated(topLeft));
+    part.label = inOneLine(std::move(part.label));
     if (!part.area.isEmpty() && !part.label.trimmed().isEmpty()) {
       result.push_back(std::make_shared<PlainItem>(std::move(part)));
     }

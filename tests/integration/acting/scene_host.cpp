@@ -173,7 +173,7 @@ int main(int argumentCount, char** arguments) {
     auto* const box = new QTableWidgetItem;
     box->setCheckState(row == 0 ? Qt::Checked : Qt::Unchecked);
     table.setItem(row, 0, box);
-    auto* const name = new QTableWidgetItem(QStringLiteral("Layer %1").arg(row));
+    auto* const name = new QTableWidgetItem(QStringLiteral("  Layer\n%1").arg(row));
     if (row == 1) {
       name->setFlags(name->flags() & ~Qt::ItemIsEnabled);
     }
