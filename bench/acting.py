@@ -122,21 +122,22 @@ class Host(Application):
     def all_times(self):
         return [line for line in list(self.errors) if re.match(r"held [\d.]+ reaction", line)]
 
-    def median_times(self, act):
-        act()
-        measured = []
-        for _ in range(QUESTIONS):
-            time.sleep(REST_OF_QUESTIONS)
-            self.times()
-            answer = act()
-            measured.append(self.times())
-        return [statistics.median(column) for column in zip(*measured)], answer
+    def times_of(self, act):
+        """And what was answered."""
+        time.sleep(REST_OF_QUESTIONS)
+        self.times()
+        answer = act()
+        return self.times(), answer
 
-    def hold(self, act):
-        """By one command, and by what the application does on it; how many elements it answers."""
-        (held, reaction, _), answer = self.median_times(act)
-        lists = [len(value) for value in answer.values() if isinstance(value, list)]
-        return held, reaction, max([answer.get("elementCount", 0), *lists])
+
+def medians(rows):
+    return [statistics.median(column) for column in zip(*rows)]
+
+
+def size_of(answer):
+    """How many elements it holds."""
+    lists = [len(value) for value in answer.values() if isinstance(value, list)]
+    return max([answer.get("elementCount", 0), *lists])
 
 
 def print_holds(host):
@@ -150,10 +151,20 @@ def print_holds(host):
         "tap": lambda: host.tap(*host.place()),
         "swipe": lambda: host.swipe(500, 500, 500, 100),
         "screenshot": lambda: host.ask("command.requestScreenshot", {})}
-    holds = {name: host.hold(act) for name, act in commands.items()}
+    measured = {name: [] for name in commands}
+    sizes = {}
+    # In turns, so that what disturbs the machine for a moment disturbs a few of each; the first
+    # turn warms up.
+    for turn in range(QUESTIONS + 1):
+        for name, act in commands.items():
+            times, answer = host.times_of(act)
+            sizes[name] = size_of(answer)
+            if turn > 0:
+                measured[name].append(times)
+    holds = {name: medians(rows) for name, rows in measured.items()}
     print("                  main thread held by " + ", ".join(
-        f"{name} {held:.2f} ms" + (f" ({size:,} elements)" if size else "")
-        for name, (held, _, size) in holds.items()), flush=True)
+        f"{name} {held:.2f} ms" + (f" ({sizes[name]:,} elements)" if sizes[name] else "")
+        for name, (held, _, _) in holds.items()), flush=True)
     return holds
 
 
@@ -162,7 +173,8 @@ def measure(count):
     try:
         # Clicks first: after a tap the pointer is elsewhere for the application.
         click = median(lambda: host.reaction(host.click), REACTIONS)
-        (_, _, clicked), _ = host.median_times(lambda: host.reaction(host.click))
+        _, _, clicked = medians(host.times_of(lambda: host.reaction(host.click))[0]
+                                for _ in range(QUESTIONS))
         tap = median(lambda: host.reaction(host.send_tap), REACTIONS)
         print(f"{count:6} elements   tap to reaction {tap:7.2f} ms   xdotool {click:7.2f} ms   "
               f"{click / tap:.1f} times faster", flush=True)
