@@ -6,6 +6,7 @@
 #include "platforms/qt6/shared/plain_item.h"
 
 class QMdiSubWindow;
+class QWidget;
 
 namespace tarnix::qt6 {
 
