@@ -20,6 +20,7 @@ constexpr std::array passedOn = {SIGINT,  SIGTERM, SIGHUP,   SIGQUIT, SIGUSR1,
 
 std::vector<char*> pointers(const std::vector<std::string>& texts) {
   std::vector<char*> result;
+  result.reserve(texts.size() + 1);
   for (const std::string& text : texts) {
     // exec(3) promises not to write to them.
     result.push_back(const_cast<char*>(text.c_str()));

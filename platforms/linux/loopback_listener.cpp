@@ -1,5 +1,6 @@
 #include "platforms/linux/loopback_listener.h"
 
+#include <new>
 #include <utility>
 
 #include "platforms/linux/fork_guard.h"
@@ -17,7 +18,7 @@ LoopbackListener::LoopbackListener(ServerThread& thread, LoopbackSockets sockets
 LoopbackListener::~LoopbackListener() {
   if (fork_guard::isInChild()) {
     // Kept for ever: ending it would take the locks of threads that are not here.
-    new std::shared_ptr(acceptance_);
+    new (std::nothrow) std::shared_ptr(acceptance_);
     return;
   }
   thread_.async([acceptance = acceptance_] { acceptance->abandon(); });

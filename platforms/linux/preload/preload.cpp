@@ -44,9 +44,10 @@ void report(const char* reason) {
   for (const char* part : parts) {
     strncat(line, part, sizeof(line) - strlen(line) - 2);
   }
-  strcat(line, "\n");
+  const size_t length = strlen(line);
+  line[length] = '\n';
   const PipeSignalGuard guard;
-  static_cast<void>(!write(STDERR_FILENO, line, strlen(line)));
+  static_cast<void>(!write(STDERR_FILENO, line, length + 1));
 }
 
 const CoreEntryPoints* loadCore(char (&ownPath)[PATH_MAX]) {

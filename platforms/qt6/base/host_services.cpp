@@ -24,7 +24,7 @@ namespace {
 
 /// The second way into the probe: called when the toolkit starts, it finds the work done wherever
 /// the preloaded library's own initialiser ran before.
-class _TarnixProbeLoader {
+class _TarnixProbeLoader {  // NOLINT(bugprone-reserved-identifier): the name that logs know.
  public:
   static void load(const HostModuleContext& context) {
     if (context.bootstrap != nullptr) {

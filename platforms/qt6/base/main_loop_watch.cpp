@@ -74,6 +74,7 @@ struct MainLoopWatch::Source {
     if (source_ != nullptr) {
       // The loop may be asking it right now, and holds it as long.
       source_->owner = nullptr;
+      // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): complete, or there is no source.
       glib().destroy(&source_->base);
       glib().unref(&source_->base);
     }

@@ -22,11 +22,11 @@ timespec toTimespec(Seconds duration) {
 TimedDisplayLink::TimedDisplayLink(platform::Display::Tick tick)
     : tick_(std::make_shared<platform::Display::Tick>(std::move(tick))),
       timer_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
-  resume();
+  TimedDisplayLink::resume();
 }
 
 TimedDisplayLink::~TimedDisplayLink() {
-  suspend();
+  TimedDisplayLink::suspend();
   ::close(timer_);
 }
 
