@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <QAccessible>
@@ -12,6 +13,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSplitter>
@@ -172,6 +174,39 @@ TEST(Qt6WidgetOverlay, MayComeWhileTheApplicationPaints) {
   EXPECT_TRUE(isRed(seen(*window), {175, 125}));
   overlay.reset();
   EXPECT_EQ(seen(*window), window->grab().toImage());
+}
+
+/// As a screen that a window is moved to may have it, the next picture is of another size.
+void setScaleOfScreen(double factor) {
+  const auto set = reinterpret_cast<void (*)(QScreen*, double)>(
+      ::dlsym(RTLD_DEFAULT, "_ZN15QHighDpiScaling15setScreenFactorEP7QScreend"));
+  ASSERT_NE(set, nullptr);
+  set(QGuiApplication::primaryScreen(), factor);
+}
+
+TEST(Qt6WidgetOverlay, FollowsToAScreenOfAnotherScale) {
+  setScaleOfScreen(2);
+  const auto form = shown(std::make_unique<Form>());
+  {
+    Overlay overlay;
+    overlay.show(squareAt({340, 240}));
+    const auto picture = [&form]() -> const QImage& {
+      return *static_cast<const QImage*>(form->backingStore()->paintDevice());
+    };
+    EXPECT_TRUE(isRed(picture(), {730, 530}));
+    setScaleOfScreen(1);
+    form->repaint();
+    EXPECT_EQ(picture().size(), form->size());
+    EXPECT_TRUE(isRed(picture(), {365, 265}));
+    setScaleOfScreen(2);
+    form->repaint();
+    setScaleOfScreen(1);
+    // Before the application paints.
+    overlay.show(squareAt({340, 230}));
+    form->repaint();
+    EXPECT_TRUE(isRed(picture(), {365, 235}));
+  }
+  EXPECT_EQ(seen(*form), form->grab().toImage());
 }
 
 TEST(Qt6WidgetOverlay, StaysWhereItIsWhenTheApplicationScrolls) {
