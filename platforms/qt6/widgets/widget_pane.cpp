@@ -15,7 +15,8 @@ namespace tarnix::qt6 {
 namespace {
 
 QImage* imageOf(QBackingStore& store) {
-  QPaintDevice* const device = store.paintDevice();
+  // The toolkit looks into its picture before it knows that there is none yet.
+  QPaintDevice* const device = store.size().isEmpty() ? nullptr : store.paintDevice();
   return device != nullptr && device->devType() == QInternal::Image ? static_cast<QImage*>(device)
                                                                     : nullptr;
 }
