@@ -35,6 +35,11 @@ QRegion PictureWatch::outdated(const QBackingStore& store) const {
                                : known->second.outdated;
 }
 
+bool PictureWatch::hasPicture(const QBackingStore& store) const {
+  const auto known = known_.find(&store);
+  return known != known_.end() && known->second.hasPicture;
+}
+
 bool PictureWatch::isChanging(const QBackingStore& store) const {
   const auto known = known_.find(&store);
   return known != known_.end() && known->second.changesUnderWay > 0;
@@ -77,8 +82,10 @@ void PictureWatch::note(const PictureChange& change) {
       if (change.x != 0 || change.y != 0) {
         picture.outdated += region->translated(change.x, change.y);
       }
-      [[fallthrough]];
+      picture.changesUnderWay = std::max(picture.changesUnderWay - 1, 0);
+      break;
     case PictureChange::Kind::didPaint:
+      picture.hasPicture = true;
       // The watch may have begun in the middle.
       picture.changesUnderWay = std::max(picture.changesUnderWay - 1, 0);
       break;
@@ -88,6 +95,7 @@ void PictureWatch::note(const PictureChange& change) {
       }
       // A store may stand where one was that went while it was painted.
       picture.changesUnderWay = 0;
+      picture.hasPicture = picture.hasPicture && !store.size().isEmpty();
       break;
   }
 }
@@ -96,7 +104,8 @@ PictureWatch::Known& PictureWatch::known(QBackingStore& store) {
   if (known_.size() >= mostStores && known_.count(&store) == 0) {
     forgetTheGone();
   }
-  return known_.try_emplace(&store, Known{QRect(QPoint(0, 0), store.size())}).first->second;
+  return known_.try_emplace(&store, Known{.outdated = QRect(QPoint(0, 0), store.size())})
+      .first->second;
 }
 
 void PictureWatch::forgetTheGone() {

@@ -30,6 +30,9 @@ class PictureWatch {
   /// Where the picture in memory may not be what was painted last: on X11 the server scrolls a copy
   /// of its own, and the one in memory stays as it was until it is painted there.
   QRegion outdated(const QBackingStore& store) const;
+  /// Whether it was painted since the watch began. Before, asking some platforms for the picture is
+  /// fatal.
+  bool hasPicture(const QBackingStore& store) const;
   /// Whether the toolkit is at it: what is painted now may be painted over.
   bool isChanging(const QBackingStore& store) const;
 
@@ -42,6 +45,7 @@ class PictureWatch {
 
   struct Known {
     QRegion outdated;
+    bool hasPicture = false;
     /// How many changes are under way, one in another.
     int changesUnderWay = 0;
   };

@@ -165,7 +165,8 @@ bool WidgetPane::isOutdated() const {
 
 void WidgetPane::draw() {
   QBackingStore* const store = backingStore();
-  if (store == nullptr || imageOf(*store) == nullptr || isHidden_ || list_ == nullptr) {
+  if (store == nullptr || !PictureWatch::shared().hasPicture(*store) ||
+      imageOf(*store) == nullptr || isHidden_ || list_ == nullptr) {
     return;
   }
   const QRegion region = (area() & host_->rect()) - PictureWatch::shared().outdated(*store);
@@ -203,7 +204,7 @@ void WidgetPane::putBack() {
   QBackingStore* const store = backingStore();
   const SavedPixels under = std::exchange(under_, {});
   const auto picture = [store, &under]() -> QImage* {
-    QImage* const image = store == nullptr ? nullptr : imageOf(*store);
+    QImage* const image = store == nullptr || under.isEmpty() ? nullptr : imageOf(*store);
     return image != nullptr && under.areOf(*image) ? image : nullptr;
   };
   if (picture() == nullptr) {
