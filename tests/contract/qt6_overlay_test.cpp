@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <QAccessible>
@@ -7,15 +8,20 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QPainter>
 #include <QPushButton>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSplitter>
 #include <QVBoxLayout>
+#include <functional>
+#include <optional>
 #include <thread>
+#include <utility>
 
 #include "platforms/qt6/base/window_order.h"
 #include "platforms/qt6/shared/picture_without_overlay.h"
@@ -106,6 +112,102 @@ TEST(Qt6WidgetOverlay, StaysWhileTheApplicationPaints) {
   form->button.repaint();
   overlay.show({});
   EXPECT_EQ(seen(*form), form->grab().toImage()) << "what was painted meanwhile is under it";
+}
+
+TEST(Qt6WidgetOverlay, KeepsWhatIsPaintedRightBesideIt) {
+  const auto form = shown(std::make_unique<QWidget>());
+  form->resize(400, 300);
+  QLabel beside("beside", form.get());
+  beside.setAutoFillBackground(true);
+  beside.setGeometry(201, 60, 100, 130);
+  beside.show();
+  letPass(std::chrono::milliseconds(20));
+  Overlay overlay;
+  overlay.show(squareAt({150, 100}));
+  beside.setBackgroundRole(QPalette::Highlight);
+  letPass(std::chrono::milliseconds(20));
+  platform::DisplayList other = squareAt({150, 100});
+  other[0][0].opacity = 0.5;
+  overlay.show(other);
+  overlay.show({});
+  EXPECT_EQ(seen(*form), form->grab().toImage());
+}
+
+/// Does something else in the middle of painting itself.
+class Busy : public QWidget {
+ public:
+  std::function<void()> other;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter(this).fillRect(rect(), Qt::white);
+    if (const std::function<void()> once = std::exchange(other, nullptr)) {
+      once();
+    }
+    QPainter(this).fillRect(rect(), Qt::darkGreen);
+  }
+};
+
+TEST(Qt6WidgetOverlay, StaysWhileOneWidgetIsPaintedFromAnother) {
+  const auto form = shown(std::make_unique<Form>());
+  Busy busy;
+  busy.setParent(form.get());
+  busy.setGeometry(10, 10, 50, 50);
+  busy.show();
+  letPass(std::chrono::milliseconds(20));
+  Overlay overlay;
+  overlay.show(squareAt({150, 130}));
+  busy.other = [&form] { form->repaint(100, 120, 80, 60); };
+  busy.repaint();
+  EXPECT_TRUE(isRed(seen(*form), {160, 155}));
+  EXPECT_TRUE(isRed(seen(*form), {190, 155}));
+  overlay.show({});
+  EXPECT_EQ(seen(*form), form->grab().toImage());
+}
+
+TEST(Qt6WidgetOverlay, MayComeWhileTheApplicationPaints) {
+  const auto window = shown(std::make_unique<Busy>());
+  window->resize(400, 300);
+  letPass(std::chrono::milliseconds(20));
+  std::optional<Overlay> overlay;
+  window->other = [&overlay] { overlay.emplace().show(squareAt({150, 100})); };
+  window->repaint();
+  EXPECT_TRUE(isRed(seen(*window), {175, 125}));
+  overlay.reset();
+  EXPECT_EQ(seen(*window), window->grab().toImage());
+}
+
+/// As a screen that a window is moved to may have it, the next picture is of another size.
+void setScaleOfScreen(double factor) {
+  const auto set = reinterpret_cast<void (*)(QScreen*, double)>(
+      ::dlsym(RTLD_DEFAULT, "_ZN15QHighDpiScaling15setScreenFactorEP7QScreend"));
+  ASSERT_NE(set, nullptr);
+  set(QGuiApplication::primaryScreen(), factor);
+}
+
+TEST(Qt6WidgetOverlay, FollowsToAScreenOfAnotherScale) {
+  setScaleOfScreen(2);
+  const auto form = shown(std::make_unique<Form>());
+  {
+    Overlay overlay;
+    overlay.show(squareAt({340, 240}));
+    const auto picture = [&form]() -> const QImage& {
+      return *static_cast<const QImage*>(form->backingStore()->paintDevice());
+    };
+    EXPECT_TRUE(isRed(picture(), {730, 530}));
+    setScaleOfScreen(1);
+    form->repaint();
+    EXPECT_EQ(picture().size(), form->size());
+    EXPECT_TRUE(isRed(picture(), {365, 265}));
+    setScaleOfScreen(2);
+    form->repaint();
+    setScaleOfScreen(1);
+    // Before the application paints.
+    overlay.show(squareAt({340, 230}));
+    form->repaint();
+    EXPECT_TRUE(isRed(picture(), {365, 235}));
+  }
+  EXPECT_EQ(seen(*form), form->grab().toImage());
 }
 
 TEST(Qt6WidgetOverlay, StaysWhereItIsWhenTheApplicationScrolls) {

@@ -30,8 +30,19 @@ QRegion PictureWatch::outdated(const QBackingStore& store) const {
   if (QGuiApplication::platformName() != QLatin1String("xcb")) {
     return {};
   }
-  const auto known = outdated_.find(&store);
-  return known == outdated_.end() ? QRegion(QRect(QPoint(0, 0), store.size())) : known->second;
+  const auto known = known_.find(&store);
+  return known == known_.end() ? QRegion(QRect(QPoint(0, 0), store.size()))
+                               : known->second.outdated;
+}
+
+bool PictureWatch::hasPicture(const QBackingStore& store) const {
+  const auto known = known_.find(&store);
+  return known != known_.end() && known->second.hasPicture;
+}
+
+bool PictureWatch::isChanging(const QBackingStore& store) const {
+  const auto known = known_.find(&store);
+  return known != known_.end() && known->second.changesUnderWay > 0;
 }
 
 void PictureWatch::add(PictureObserver& observer) { observers_.push_back(&observer); }
@@ -58,36 +69,48 @@ void PictureWatch::tell(const PictureChange& change) noexcept {
 void PictureWatch::note(const PictureChange& change) {
   auto& store = *static_cast<QBackingStore*>(change.backingStore);
   const auto* const region = static_cast<const QRegion*>(change.region);
+  Known& picture = known(store);
   switch (change.kind) {
     case PictureChange::Kind::willPaint:
-      outdatedOf(store) -= *region;
+      picture.outdated -= *region;
+      ++picture.changesUnderWay;
+      break;
+    case PictureChange::Kind::willScroll:
+      ++picture.changesUnderWay;
       break;
     case PictureChange::Kind::didScroll:
       if (change.x != 0 || change.y != 0) {
-        outdatedOf(store) += region->translated(change.x, change.y);
+        picture.outdated += region->translated(change.x, change.y);
       }
+      picture.changesUnderWay = std::max(picture.changesUnderWay - 1, 0);
+      break;
+    case PictureChange::Kind::didPaint:
+      picture.hasPicture = true;
+      // The watch may have begun in the middle.
+      picture.changesUnderWay = std::max(picture.changesUnderWay - 1, 0);
       break;
     case PictureChange::Kind::willBeReplaced:
       if (!store.hasStaticContents()) {
-        outdatedOf(store) = QRegion();
+        picture.outdated = QRegion();
       }
-      break;
-    case PictureChange::Kind::didPaint:
-    case PictureChange::Kind::willScroll:
+      // A store may stand where one was that went while it was painted.
+      picture.changesUnderWay = 0;
+      picture.hasPicture = picture.hasPicture && !store.size().isEmpty();
       break;
   }
 }
 
-QRegion& PictureWatch::outdatedOf(QBackingStore& store) {
-  if (outdated_.size() >= mostStores && outdated_.count(&store) == 0) {
+PictureWatch::Known& PictureWatch::known(QBackingStore& store) {
+  if (known_.size() >= mostStores && known_.count(&store) == 0) {
     forgetTheGone();
   }
-  return outdated_.try_emplace(&store, QRect(QPoint(0, 0), store.size())).first->second;
+  return known_.try_emplace(&store, Known{.outdated = QRect(QPoint(0, 0), store.size())})
+      .first->second;
 }
 
 void PictureWatch::forgetTheGone() {
   const QWidgetList windows = QApplication::topLevelWidgets();
-  std::erase_if(outdated_, [&windows](const auto& known) {
+  std::erase_if(known_, [&windows](const auto& known) {
     return std::none_of(windows.begin(), windows.end(), [&known](const QWidget* window) {
       return window->backingStore() == known.first;
     });

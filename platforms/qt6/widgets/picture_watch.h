@@ -30,6 +30,11 @@ class PictureWatch {
   /// Where the picture in memory may not be what was painted last: on X11 the server scrolls a copy
   /// of its own, and the one in memory stays as it was until it is painted there.
   QRegion outdated(const QBackingStore& store) const;
+  /// Whether it was painted since the watch began. Before, asking some platforms for the picture is
+  /// fatal.
+  bool hasPicture(const QBackingStore& store) const;
+  /// Whether the toolkit is at it: what is painted now may be painted over.
+  bool isChanging(const QBackingStore& store) const;
 
   /// Until it is removed.
   void add(PictureObserver& observer);
@@ -38,17 +43,24 @@ class PictureWatch {
  private:
   friend class OwnPainting;
 
+  struct Known {
+    QRegion outdated;
+    bool hasPicture = false;
+    /// How many changes are under way, one in another.
+    int changesUnderWay = 0;
+  };
+
   PictureWatch() = default;
   static void tell(const PictureChange& change) noexcept;
   void note(const PictureChange& change);
-  QRegion& outdatedOf(QBackingStore& store);
+  Known& known(QBackingStore& store);
   void forgetTheGone();
 
   bool hasStarted_ = false;
   /// Whether it is us who paint.
   bool isOwn_ = false;
-  /// Of each store that was heard of; one that has gone stays for some time.
-  std::unordered_map<const QBackingStore*, QRegion> outdated_;
+  /// Each store that was heard of; one that has gone stays for some time.
+  std::unordered_map<const QBackingStore*, Known> known_;
   std::vector<PictureObserver*> observers_;
 };
 

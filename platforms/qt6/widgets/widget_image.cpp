@@ -42,11 +42,13 @@ QSize sizeInPixels(const QWidget& window, double scale) {
 /// The pixels that went to the screen last. Absent where the platform keeps them elsewhere.
 QImage paintedPixels(const QWidget& window) {
   QBackingStore* const store = window.backingStore();
-  QPaintDevice* const device = store == nullptr ? nullptr : store->paintDevice();
-  if (device == nullptr || device->devType() != QInternal::Image) {
+  // The toolkit does not look whether there is a picture before it gives it.
+  if (store == nullptr || !PictureWatch::shared().hasPicture(*store) ||
+      !PictureWatch::shared().outdated(*store).isEmpty()) {
     return {};
   }
-  if (!PictureWatch::shared().outdated(*store).isEmpty()) {
+  const QPaintDevice* const device = store->paintDevice();
+  if (device == nullptr || device->devType() != QInternal::Image) {
     return {};
   }
   const QImage& image = *static_cast<const QImage*>(device);

@@ -15,7 +15,8 @@ namespace tarnix::qt6 {
 namespace {
 
 QImage* imageOf(QBackingStore& store) {
-  QPaintDevice* const device = store.paintDevice();
+  // The toolkit looks into its picture before it knows that there is none yet.
+  QPaintDevice* const device = store.size().isEmpty() ? nullptr : store.paintDevice();
   return device != nullptr && device->devType() == QInternal::Image ? static_cast<QImage*>(device)
                                                                     : nullptr;
 }
@@ -81,20 +82,17 @@ void WidgetPane::pictureChanges(const PictureChange& change) {
   using Kind = PictureChange::Kind;
   switch (change.kind) {
     case Kind::willPaint:
-    case Kind::willScroll: {
-      const auto& region = *static_cast<const QRegion*>(change.region);
-      // Where something is scrolled to is told afterwards.
-      if (++changesUnderWay_ == 1 &&
-          (!isDrawn_ || change.kind == Kind::willScroll || region.intersects(area()))) {
+      if (!isDrawn_ || isNearFigures(*static_cast<const QRegion*>(change.region))) {
         putBack();
       }
       break;
-    }
+    case Kind::willScroll:
+      // Where something is scrolled to is told afterwards.
+      putBack();
+      break;
     case Kind::didPaint:
     case Kind::didScroll:
-      // The pane may have come in the middle.
-      changesUnderWay_ = std::max(changesUnderWay_ - 1, 0);
-      if (changesUnderWay_ == 0 && !isDrawn_) {
+      if (!isDrawn_ && !isChanging()) {
         draw();
       }
       if (change.kind == Kind::didScroll && isOutdated()) {
@@ -115,7 +113,7 @@ void WidgetPane::show(std::shared_ptr<const platform::DisplayList> list, QPointF
   if (host_ == nullptr || host_->windowHandle() == nullptr) {
     return;
   }
-  if (changesUnderWay_ == 0 && !isOutdated() && isSentAsItIs(*host_->windowHandle())) {
+  if (!isChanging() && !isOutdated() && isSentAsItIs(*host_->windowHandle())) {
     draw();
   }
   send(before + area());
@@ -125,7 +123,7 @@ void WidgetPane::setHiddenForPicture(bool isHidden) {
   isHidden_ = isHidden;
   if (isHidden) {
     putBack();
-  } else {
+  } else if (!isChanging()) {
     draw();
   }
 }
@@ -145,6 +143,20 @@ QRegion WidgetPane::area() const {
   return result;
 }
 
+bool WidgetPane::isNearFigures(const QRegion& region) const {
+  // Some more is saved than figures touch, and the toolkit may paint some more than it is told.
+  constexpr int margin = 4;
+  const QRegion figures = area();
+  return std::any_of(figures.begin(), figures.end(), [&region](const QRect& part) {
+    return region.intersects(part.adjusted(-margin, -margin, margin, margin));
+  });
+}
+
+bool WidgetPane::isChanging() const {
+  const QBackingStore* const store = backingStore();
+  return store != nullptr && PictureWatch::shared().isChanging(*store);
+}
+
 bool WidgetPane::isOutdated() const {
   const QBackingStore* const store = backingStore();
   return store != nullptr &&
@@ -153,7 +165,8 @@ bool WidgetPane::isOutdated() const {
 
 void WidgetPane::draw() {
   QBackingStore* const store = backingStore();
-  if (store == nullptr || imageOf(*store) == nullptr || isHidden_ || list_ == nullptr) {
+  if (store == nullptr || !PictureWatch::shared().hasPicture(*store) ||
+      imageOf(*store) == nullptr || isHidden_ || list_ == nullptr) {
     return;
   }
   const QRegion region = (area() & host_->rect()) - PictureWatch::shared().outdated(*store);
@@ -162,12 +175,18 @@ void WidgetPane::draw() {
     putBack();
     under_ = SavedPixels(*imageOf(*store), region);
   }
-  isDrawn_ = true;
   if (under_.isEmpty()) {
+    isDrawn_ = true;
     return;
   }
   const OwnPainting painting(*store, region);
   QImage* const picture = imageOf(*store);
+  // Painting begins with another picture when the window has come to a screen of another scale.
+  if (picture == nullptr || !under_.areOf(*picture)) {
+    under_ = {};
+    return;
+  }
+  isDrawn_ = true;
   // It has the last figures, or was cleared.
   if (isSaved || picture->hasAlphaChannel()) {
     under_.putBack(*picture);
@@ -184,10 +203,17 @@ void WidgetPane::putBack() {
   isDrawn_ = false;
   QBackingStore* const store = backingStore();
   const SavedPixels under = std::exchange(under_, {});
-  const QImage* const picture = store == nullptr ? nullptr : imageOf(*store);
-  if (picture != nullptr && under.areOf(*picture)) {
-    const OwnPainting painting(*store, under.region());
-    under.putBack(*imageOf(*store));
+  const auto picture = [store, &under]() -> QImage* {
+    QImage* const image = store == nullptr || under.isEmpty() ? nullptr : imageOf(*store);
+    return image != nullptr && under.areOf(*image) ? image : nullptr;
+  };
+  if (picture() == nullptr) {
+    return;
+  }
+  const OwnPainting painting(*store, under.region());
+  // Painting begins with another one when the window has come to a screen of another scale.
+  if (QImage* const image = picture()) {
+    under.putBack(*image);
   }
 }
 

@@ -35,6 +35,9 @@ class WidgetPane : public OverlayPane, private PictureObserver {
   QBackingStore* backingStore() const;
   /// All that the figures touch, in the window.
   QRegion area() const;
+  /// Whether painting there may change what was saved.
+  bool isNearFigures(const QRegion& region) const;
+  bool isChanging() const;
   /// Whether the picture in memory is not up to date there: the host has to paint first.
   bool isOutdated() const;
   /// Draws what was shown last, where there is a picture in memory that is up to date.
@@ -48,8 +51,6 @@ class WidgetPane : public OverlayPane, private PictureObserver {
   std::shared_ptr<const platform::DisplayList> list_;
   QPointF origin_;
   SavedPixels under_;
-  /// How many changes by the toolkit are under way, one in another.
-  int changesUnderWay_ = 0;
   /// Whether the figures in the picture are those of `list_`.
   bool isDrawn_ = false;
   bool isHidden_ = false;

@@ -15,6 +15,7 @@
 // its window anew for each.
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLabel>
@@ -339,6 +340,24 @@ std::string answer(const std::string& line, TestWindow& window) {
   } else if (command == "frame") {
     frames().showFrame(firstFrame + std::stod(argument));
     waitForPicture();
+  } else if (command == "open") {
+    QWidget late;
+    late.setGeometry(0, 0, 400, 300);
+    late.show();
+    // Nothing has painted it yet.
+    frames().showFrame(firstFrame + std::stod(argument));
+    QElapsedTimer patience;
+    patience.start();
+    while (late.backingStore()->size().isEmpty() && !patience.hasExpired(20'000)) {
+      waitForPicture();
+    }
+    const QPaintDevice* const picture = late.backingStore()->paintDevice();
+    return picture == nullptr
+               ? "never painted"
+               : static_cast<const QImage*>(picture)
+                     ->pixelColor((QPointF(184, 110) * late.devicePixelRatioF()).toPoint())
+                     .name()
+                     .toStdString();
   } else if (command == "click") {
     letPass(50);
     return std::to_string(window.clicks);

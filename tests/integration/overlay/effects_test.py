@@ -44,12 +44,12 @@ PIXEL_TOLERANCE = 0.002
 class Host:
     """Ended with the block."""
 
-    def __init__(self, screen, kind):
+    def __init__(self, screen, kind, **variables):
         self._process = Process(
             [HOST, kind],
             env=environment(
                 DISPLAY=screen.display, QT_QPA_PLATFORM="xcb", QT_QUICK_BACKEND="software",
-                LANG="C.UTF-8",
+                LANG="C.UTF-8", **variables,
             ),
         )
         self._answers = 0
@@ -118,6 +118,14 @@ class EffectsTest(SideBySide):
                     PIXEL_TOLERANCE,
                     path.name,
                 )
+
+    @each("1", "1.25")
+    def test_a_window_that_was_not_painted_yet_is_drawn_over_once_it_is(self, factor, screen):
+        with Host(screen, "widgets", QT_SCALE_FACTOR=factor) as host:
+            host.ask("show verify")
+            host.ask("frame 0")
+            red, green, blue = bytes.fromhex(host.ask("open 0.5")[1:])
+            self.assertTrue(green > 180 and red < 120 and blue < 150, "the badge's ground")
 
     @each("composed", "native", "translucent", "scrolled")
     def test_what_comes_to_the_screen_in_a_way_of_its_own_is_drawn_over(self, kind, screen):
