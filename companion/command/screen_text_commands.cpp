@@ -50,6 +50,17 @@ std::string describe(const SnapshotResponse& snapshot, const Terminal& terminal)
   return title + (table.isEmpty() ? "" : table.render(terminal));
 }
 
+/// Beside the lines, so that these stay clean for programs.
+void saySilence(const std::string& screen, const CommandOptions& options) {
+  fmt::print(
+      stderr, "{}\n",
+      Terminal::standardError(options.noColor)
+          .styled(fmt::format("-- nothing is written on the screen \"{}\". `tarnix snapshot` "
+                              "lists its views.",
+                              printable(screen)),
+                  Style::quiet));
+}
+
 ExitCode writeJson(const std::string& payload, const CommandOptions& options) {
   return writeToStandardOutput(printableJson(payload) + "\n", options);
 }
@@ -65,6 +76,9 @@ ExitCode runText(const CommandOptions& options) {
   const auto& [response, payload] = std::get<0>(answer);
   if (options.json) {
     return writeJson(payload, options);
+  }
+  if (response.lines.empty()) {
+    saySilence(response.screen, options);
   }
   std::string text;
   for (const std::string& line : response.lines) {

@@ -66,6 +66,17 @@ TEST(TextCommand, PrintsALineForEach) {
             "{\"screen\":\"Home\",\"lines\":[\"Hello\",\"a\\u001B[2J\"]}\n");
 }
 
+TEST(TextCommand, SaysBesideTheLinesThatThereAreNone) {
+  const ScriptedServer server({answering(Type::commandScreenText, Type::responseScreenText,
+                                         ScreenTextResponse{"Home", {}})});
+  const ProgramResult result = tarnix(server, {"text"});
+  expectExit(ExitCode::success, result);
+  EXPECT_EQ(result.output, "");
+  EXPECT_NE(result.errors.find("nothing is written on the screen \"Home\""), std::string::npos)
+      << result.errors;
+  EXPECT_EQ(tarnix(server, {"text", "--json"}).errors, "");
+}
+
 TEST(FindCommand, SaysWhereToTap) {
   const FoundElement save{"Save", "Button", 10, 20, 100, 44, 60, 42, true};
   const ScriptedServer server({answering(Type::commandFindElement, Type::responseFindElement,
