@@ -46,8 +46,11 @@ ExitCode runHar(const CommandOptions& options, const std::string& file) {
     const ArchiveWritten written{file, sync->httpRequests.size()};
     return writeToStandardOutput(encodeJson(written).value_or("{}") + "\n", options);
   }
+  const std::size_t count = sync->httpRequests.size();
   return writeToStandardOutput(
-      fmt::format("{} exchanges are in {}\n", sync->httpRequests.size(), printable(file)), options);
+      fmt::format("{} {} in {}\n", count, count == 1 ? "exchange is" : "exchanges are",
+                  printable(file)),
+      options);
 }
 
 }  // namespace tarnix::companion

@@ -294,6 +294,14 @@ TEST(PerfCommand, PrintsALineEachTime) {
   EXPECT_EQ(std::count(watched.output.begin(), watched.output.end(), '\n'), 3) << watched.output;
 }
 
+TEST(PerfCommand, PrintsNoPeakBelowWhatIsUsedNow) {
+  const PerfSnapshotResponse perf{60, 142.25, 60, 141.5, "Home"};
+  const ScriptedServer server(
+      {answering(Type::commandPerfSnapshot, Type::responsePerfSnapshot, perf)});
+  const ProgramResult result = tarnix(server, {"perf"});
+  EXPECT_NE(result.output.find("142.2      142.2  Home\n"), std::string::npos) << result.output;
+}
+
 TEST(ConsoleCommand, ShowsLinesAndAsksForWhatItWasTold) {
   const auto echo = [](ScriptedPeer& peer) {
     peer.sendFullSync();
