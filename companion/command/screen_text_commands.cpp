@@ -6,6 +6,7 @@
 #include "companion/command/screen_commands.h"
 #include "companion/command/standard_output.h"
 #include "companion/command/view_tree.h"
+#include "companion/output/counted.h"
 #include "companion/output/display_text.h"
 #include "companion/output/table.h"
 #include "probe/model/find_command.h"
@@ -34,8 +35,8 @@ std::string describe(const FindResponse& found, const Terminal& terminal) {
 
 /// A tree for those who look at it, a table for what reads lines.
 std::string describe(const SnapshotResponse& snapshot, const Terminal& terminal) {
-  const std::string title = terminal.styled(fmt::format("{}: {} views", printable(snapshot.screen),
-                                                        snapshot.elements.size()),
+  const std::string title = terminal.styled(fmt::format("{}: {}", printable(snapshot.screen),
+                                                        counted(snapshot.elements.size(), "view")),
                                             Style::heading) +
                             "\n";
   if (terminal.isTerminal()) {

@@ -231,7 +231,7 @@ TEST(AuditCommand, EndsAsABuildNeedsIt) {
         {answering(Type::commandAccessibilityAudit, Type::responseAccessibilityAudit, audited)});
     const ProgramResult result = tarnix(server, {"audit"});
     expectExit(ExitCode::negative, result);
-    EXPECT_NE(result.output.find("1 errors, 1 warnings"), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find("1 error, 1 warning\n"), std::string::npos) << result.output;
     EXPECT_NE(result.output.find("Link \"Help\""), std::string::npos);
   }
   {
