@@ -98,10 +98,10 @@ std::unique_ptr<QWidget> makeWidgets(int count) {
 }  // namespace
 
 /// Shows what stands first on the command line: a QML file, or "widgets", as many as the number
-/// that stands second. For each line on standard input it
-/// says how long its main thread was held since the last one, in milliseconds: by the longest of
-/// all events that were for no window, without the events that were sent from within; by these;
-/// and by all events for windows together, which are frames and what a person does.
+/// that stands second. For each line on standard input it says on standard error how long its main
+/// thread was held since the last one, in milliseconds of processor time: by the longest of all
+/// events that were for no window, without the events that were sent from within; by these; and by
+/// all events for windows together, which are frames and what a person does.
 int main(int argc, char** argv) {
   WatchedApplication application(argc, argv);
   const QString shown = QString::fromLocal8Bit(argv[1]);

@@ -7,6 +7,7 @@
 #include <cctype>
 #include <string_view>
 
+#include "companion/output/counted.h"
 #include "companion/output/display_text.h"
 #include "companion/output/table.h"
 #include "probe/link/json_writer.h"
@@ -142,9 +143,10 @@ std::string auditTable(const AccessibilityAuditResponse& audit, const Terminal& 
                   fmt::format("{},{} {}x{}", issue.x, issue.y, issue.width, issue.height)});
   }
   const std::size_t errors = errorCount(audit);
-  return terminal.styled(fmt::format("{}: {} errors, {} warnings", printable(audit.screen), errors,
-                                     audit.issues.size() - errors),
-                         Style::heading) +
+  return terminal.styled(
+             fmt::format("{}: {}, {}", printable(audit.screen), counted(errors, "error"),
+                         counted(audit.issues.size() - errors, "warning")),
+             Style::heading) +
          "\n" + (table.isEmpty() ? "" : table.render(terminal));
 }
 

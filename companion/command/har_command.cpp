@@ -10,6 +10,7 @@
 #include "companion/command/har_log.h"
 #include "companion/command/host_session.h"
 #include "companion/command/standard_output.h"
+#include "companion/output/counted.h"
 #include "companion/output/display_text.h"
 #include "probe/link/json_codec.h"
 #include "probe/model/full_sync_payload.h"
@@ -46,8 +47,10 @@ ExitCode runHar(const CommandOptions& options, const std::string& file) {
     const ArchiveWritten written{file, sync->httpRequests.size()};
     return writeToStandardOutput(encodeJson(written).value_or("{}") + "\n", options);
   }
-  return writeToStandardOutput(
-      fmt::format("{} exchanges are in {}\n", sync->httpRequests.size(), printable(file)), options);
+  const std::size_t count = sync->httpRequests.size();
+  return writeToStandardOutput(fmt::format("{} {} in {}\n", counted(count, "exchange"),
+                                           count == 1 ? "is" : "are", printable(file)),
+                               options);
 }
 
 }  // namespace tarnix::companion

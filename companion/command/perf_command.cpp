@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 #include <variant>
@@ -22,9 +23,11 @@ std::string headingOf(const Terminal& terminal) {
          "\n";
 }
 
+/// The peak is that of the samples that the probe took before; now may be above it.
 std::string lineOf(const PerfSnapshotResponse& perf) {
   return fmt::format("{:>6.1f} {:>8.1f} {:>10.1f} {:>10.1f}  {}\n", perf.fps, perf.avgFPS,
-                     perf.memoryMB, perf.peakMemoryMB, printable(perf.screen));
+                     perf.memoryMB, std::max(perf.peakMemoryMB, perf.memoryMB),
+                     printable(perf.screen));
 }
 
 }  // namespace

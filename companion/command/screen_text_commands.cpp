@@ -6,6 +6,7 @@
 #include "companion/command/screen_commands.h"
 #include "companion/command/standard_output.h"
 #include "companion/command/view_tree.h"
+#include "companion/output/counted.h"
 #include "companion/output/display_text.h"
 #include "companion/output/table.h"
 #include "probe/model/find_command.h"
@@ -34,8 +35,8 @@ std::string describe(const FindResponse& found, const Terminal& terminal) {
 
 /// A tree for those who look at it, a table for what reads lines.
 std::string describe(const SnapshotResponse& snapshot, const Terminal& terminal) {
-  const std::string title = terminal.styled(fmt::format("{}: {} views", printable(snapshot.screen),
-                                                        snapshot.elements.size()),
+  const std::string title = terminal.styled(fmt::format("{}: {}", printable(snapshot.screen),
+                                                        counted(snapshot.elements.size(), "view")),
                                             Style::heading) +
                             "\n";
   if (terminal.isTerminal()) {
@@ -48,6 +49,17 @@ std::string describe(const SnapshotResponse& snapshot, const Terminal& terminal)
                   element.interactive ? "yes" : ""});
   }
   return title + (table.isEmpty() ? "" : table.render(terminal));
+}
+
+/// Beside the lines, so that these stay clean for programs.
+void saySilence(const std::string& screen, const CommandOptions& options) {
+  fmt::print(
+      stderr, "{}\n",
+      Terminal::standardError(options.noColor)
+          .styled(fmt::format("-- nothing is written on the screen \"{}\". `tarnix snapshot` "
+                              "lists its views.",
+                              printable(screen)),
+                  Style::quiet));
 }
 
 ExitCode writeJson(const std::string& payload, const CommandOptions& options) {
@@ -65,6 +77,9 @@ ExitCode runText(const CommandOptions& options) {
   const auto& [response, payload] = std::get<0>(answer);
   if (options.json) {
     return writeJson(payload, options);
+  }
+  if (response.lines.empty()) {
+    saySilence(response.screen, options);
   }
   std::string text;
   for (const std::string& line : response.lines) {

@@ -58,15 +58,16 @@ std::variant<ScreenHTMLResponse, Result> screenOf(CompanionClient& client, Deadl
   return *std::move(screen);
 }
 
-/// Says that something else was reached where an element is: what is scrolled out of its area is
-/// listed where it would be, and something else lies there.
+/// Says that what was reached where an element is has another name: the view that holds it, as a
+/// text does its links, or what lies there in its stead. What is scrolled out of its area is listed
+/// where it would be, all the same.
 std::string withWhatWasReached(std::string message, const std::string& label,
                                const std::vector<ScreenElement>& elements) {
   const std::size_t colon = message.find(": ");
   const std::string reached = colon == std::string::npos ? label : message.substr(colon + 2);
   const auto isReached = [&](const ScreenElement& element) { return element.label == reached; };
   if (reached != label && std::any_of(elements.begin(), elements.end(), isReached)) {
-    message += fmt::format(", which lies where \"{}\" is", label);
+    message += fmt::format(", at the place of \"{}\"", label);
   }
   return message;
 }

@@ -176,7 +176,7 @@ TEST(InputCommands, SayWhatLiesWhereALabelledElementIs) {
     }
   }});
   EXPECT_EQ(act(server, {"tap", "--text", "Loud"}).output,
-            "Tapped control: Save, which lies where \"Loud\" is\n");
+            "Tapped control: Save, at the place of \"Loud\"\n");
   EXPECT_EQ(act(server, {"tap", "--text", "Save"}).output, "Tapped control: Save\n");
 }
 

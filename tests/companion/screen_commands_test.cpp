@@ -66,6 +66,17 @@ TEST(TextCommand, PrintsALineForEach) {
             "{\"screen\":\"Home\",\"lines\":[\"Hello\",\"a\\u001B[2J\"]}\n");
 }
 
+TEST(TextCommand, SaysBesideTheLinesThatThereAreNone) {
+  const ScriptedServer server({answering(Type::commandScreenText, Type::responseScreenText,
+                                         ScreenTextResponse{"Home", {}})});
+  const ProgramResult result = tarnix(server, {"text"});
+  expectExit(ExitCode::success, result);
+  EXPECT_EQ(result.output, "");
+  EXPECT_NE(result.errors.find("nothing is written on the screen \"Home\""), std::string::npos)
+      << result.errors;
+  EXPECT_EQ(tarnix(server, {"text", "--json"}).errors, "");
+}
+
 TEST(FindCommand, SaysWhereToTap) {
   const FoundElement save{"Save", "Button", 10, 20, 100, 44, 60, 42, true};
   const ScriptedServer server({answering(Type::commandFindElement, Type::responseFindElement,
@@ -220,7 +231,7 @@ TEST(AuditCommand, EndsAsABuildNeedsIt) {
         {answering(Type::commandAccessibilityAudit, Type::responseAccessibilityAudit, audited)});
     const ProgramResult result = tarnix(server, {"audit"});
     expectExit(ExitCode::negative, result);
-    EXPECT_NE(result.output.find("1 errors, 1 warnings"), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find("1 error, 1 warning\n"), std::string::npos) << result.output;
     EXPECT_NE(result.output.find("Link \"Help\""), std::string::npos);
   }
   {
@@ -281,6 +292,14 @@ TEST(PerfCommand, PrintsALineEachTime) {
   const ProgramResult watched =
       tarnix(server, {"perf", "--watch", "--interval", "0.02", "--count", "2"});
   EXPECT_EQ(std::count(watched.output.begin(), watched.output.end(), '\n'), 3) << watched.output;
+}
+
+TEST(PerfCommand, PrintsNoPeakBelowWhatIsUsedNow) {
+  const PerfSnapshotResponse perf{60, 142.25, 60, 141.5, "Home"};
+  const ScriptedServer server(
+      {answering(Type::commandPerfSnapshot, Type::responsePerfSnapshot, perf)});
+  const ProgramResult result = tarnix(server, {"perf"});
+  EXPECT_NE(result.output.find("142.2      142.2  Home\n"), std::string::npos) << result.output;
 }
 
 TEST(ConsoleCommand, ShowsLinesAndAsksForWhatItWasTold) {

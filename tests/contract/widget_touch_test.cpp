@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QCalendarWidget>
 #include <QDialog>
+#include <QFrame>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QGraphicsView>
@@ -231,6 +232,10 @@ TEST_F(WidgetTouchTest, ReachesWhatIsTurnedInAGraphicsScene) {
   QObject::connect(inside, &QPushButton::clicked, [this] { deeds_ << "inside"; });
   inside->setObjectName("button");
   inside->setFixedSize(100, 40);
+  // Takes no press, and lets none through.
+  auto* const lid = new QFrame(inside);
+  lid->setAttribute(Qt::WA_NoMousePropagation);
+  lid->setGeometry(0, 0, 30, 40);
   QGraphicsProxyWidget* const proxy = scene.addWidget(inside);
   QGraphicsView view(&scene, &window_);
   view.setObjectName("view");
@@ -247,6 +252,7 @@ TEST_F(WidgetTouchTest, ReachesWhatIsTurnedInAGraphicsScene) {
   EXPECT_EQ(tap(230, 30), "- as -");
   proxy->setScale(1.5);
   EXPECT_EQ(tap(130, 150), "inside as button");
+  EXPECT_EQ(tap(160, 30), "- as -");
   QGraphicsRectItem* const figure = scene.addRect(0, 0, 20, 20);
   EXPECT_EQ(tap(10, 10), "- as -");
   figure->setFlag(QGraphicsItem::ItemIsSelectable);

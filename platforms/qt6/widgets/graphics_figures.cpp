@@ -64,7 +64,7 @@ std::vector<PlainItem::Description> visibleFigures(const QGraphicsView& view) {
     if (figures.size() >= mostFigures) {
       break;
     }
-    if (qgraphicsitem_cast<const QGraphicsProxyWidget*>(item) != nullptr ||
+    if (dynamic_cast<const QGraphicsProxyWidget*>(item) != nullptr ||
         item->effectiveOpacity() < smallestVisibleOpacity) {
       continue;
     }

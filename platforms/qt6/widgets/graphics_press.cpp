@@ -30,6 +30,9 @@ bool reactsInside(const QGraphicsProxyWidget& proxy, QPointF point) {
       case PressReaction::passesOn:
         break;
     }
+    if (widget->testAttribute(Qt::WA_NoMousePropagation)) {
+      return false;
+    }
   }
   return false;
 }

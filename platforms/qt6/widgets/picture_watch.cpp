@@ -50,10 +50,13 @@ void PictureWatch::add(PictureObserver& observer) { observers_.push_back(&observ
 void PictureWatch::remove(PictureObserver& observer) { std::erase(observers_, &observer); }
 
 void PictureWatch::tell(const PictureChange& change) noexcept {
-  PictureWatch& watch = shared();
   const QCoreApplication* const application = QCoreApplication::instance();
   // Widgets are painted on the main thread; what another paints is a picture of the host's own.
-  if (watch.isOwn_ || application == nullptr || QThread::currentThread() != application->thread()) {
+  if (application == nullptr || QThread::currentThread() != application->thread()) {
+    return;
+  }
+  PictureWatch& watch = shared();
+  if (watch.isOwn_) {
     return;
   }
   try {
