@@ -19,22 +19,8 @@ bool reactsInside(const QGraphicsProxyWidget& proxy, QPointF point) {
     return false;
   }
   const QPoint place = point.toPoint();
-  const QWidget* widget = outermost->childAt(place);
-  for (widget = widget == nullptr ? outermost : widget; widget != nullptr;
-       widget = widget == outermost ? nullptr : widget->parentWidget()) {
-    switch (reactionOf(*widget, classOf(*widget).kind, widget->mapFrom(outermost, place))) {
-      case PressReaction::reacts:
-        return true;
-      case PressReaction::keeps:
-        return false;
-      case PressReaction::passesOn:
-        break;
-    }
-    if (widget->testAttribute(Qt::WA_NoMousePropagation)) {
-      return false;
-    }
-  }
-  return false;
+  const QWidget* const inner = outermost->childAt(place);
+  return reactingTo(inner == nullptr ? *outermost : *inner, *outermost, place) != nullptr;
 }
 
 bool reacts(const QGraphicsItem& item, QPointF scenePoint) {

@@ -173,4 +173,21 @@ PressReaction reactionOf(const QWidget& widget, WidgetKind kind, QPoint point) {
   return reactsIf(hasOwnPressHandler(widget) || saysThatItReacts(widget, kind));
 }
 
+const QWidget* reactingTo(const QWidget& innermost, const QWidget& outermost, QPoint point) {
+  const QWidget* widget = &innermost;
+  while (widget != nullptr) {
+    switch (reactionOf(*widget, classOf(*widget).kind, widget->mapFrom(&outermost, point))) {
+      case PressReaction::reacts:
+        return widget;
+      case PressReaction::keeps:
+        return nullptr;
+      case PressReaction::passesOn:
+        break;
+    }
+    const bool isLast = widget == &outermost || widget->testAttribute(Qt::WA_NoMousePropagation);
+    widget = isLast ? nullptr : widget->parentWidget();
+  }
+  return nullptr;
+}
+
 }  // namespace tarnix::qt6

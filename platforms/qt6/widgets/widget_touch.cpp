@@ -39,25 +39,6 @@ std::vector<QWidget*> pathTo(QWidget& widget, const QWidget& window) {
   return path;
 }
 
-/// The widget that a press reaches and makes react; null when there is none.
-const QWidget* reactingTo(const QWidget& window, const std::vector<QWidget*>& path, QPoint point) {
-  for (auto step = path.rbegin(); step != path.rend(); ++step) {
-    const QWidget& widget = **step;
-    switch (reactionOf(widget, classOf(widget).kind, widget.mapFrom(&window, point))) {
-      case PressReaction::reacts:
-        return &widget;
-      case PressReaction::keeps:
-        return nullptr;
-      case PressReaction::passesOn:
-        break;
-    }
-    if (widget.testAttribute(Qt::WA_NoMousePropagation)) {
-      return nullptr;
-    }
-  }
-  return nullptr;
-}
-
 /// What a touch has reached of the widgets in the scene of `view`, which is where it was reached on
 /// the screen itself; `outer` when it reaches none. `point` is given in `view`.
 std::shared_ptr<platform::View> touchedInScene(QGraphicsView& view, QPointF topLeft,
@@ -75,7 +56,7 @@ std::shared_ptr<platform::View> touchedInScene(QGraphicsView& view, QPointF topL
   }
   const QTransform toScreen = reached.toView * QTransform::fromTranslate(topLeft.x(), topLeft.y());
   const std::vector<QWidget*> path = pathTo(*touched, window);
-  const QWidget* const reacting = reactingTo(window, path, reached.point);
+  const QWidget* const reacting = reactingTo(*touched, window, reached.point);
   auto step = std::make_shared<WidgetView>(window, QPointF(0, 0),
                                            std::make_shared<const Surroundings>(), nullptr, source);
   std::shared_ptr<platform::View> result = std::move(outer);
@@ -105,7 +86,7 @@ std::shared_ptr<platform::View> touchedView(QWidget& window, const Surroundings&
     return nullptr;
   }
   const std::vector<QWidget*> path = pathTo(*touched, window);
-  const QWidget* const reacting = reactingTo(window, path, inWindow);
+  const QWidget* const reacting = reactingTo(*touched, window, inWindow);
   std::shared_ptr<WidgetView> step = std::make_shared<WidgetView>(
       window, surroundings.origin, std::make_shared<const Surroundings>(surroundings), nullptr,
       source);
