@@ -72,6 +72,7 @@ const QWebEngineScript& engineScriptFor(const platform::UserScript& script) {
 }
 
 void add(void* profile, const QWebEngineScript& script) {
+  // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): complete where it is used.
   void* const controller = profile == nullptr ? nullptr : engine().controllerOf(profile);
   // The public class is one pointer to what the engine keeps.
   static_assert(sizeof(QWebEngineScript) == sizeof(void*));
