@@ -21,6 +21,15 @@ QImage* imageOf(QBackingStore& store) {
                                                                     : nullptr;
 }
 
+/// All that figures touch which have their origin at `origin`.
+QRegion areaOf(const platform::DisplayList& list, QPointF origin) {
+  QRegion result;
+  for (const platform::Figure& figure : list) {
+    result += boundsOf(figure).translated(origin).toAlignedRect().adjusted(-1, -1, 1, 1);
+  }
+  return result;
+}
+
 /// The windows inside `window` that show parts of its picture.
 QList<QWindow*> partsOf(const QWindow& window) {
   QList<QWindow*> result;
@@ -69,10 +78,9 @@ WidgetPane::WidgetPane(QWidget& host) : host_(&host) { PictureWatch::shared().ad
 
 WidgetPane::~WidgetPane() {
   PictureWatch::shared().remove(*this);
-  const QRegion before = area();
   list_ = nullptr;
   putBack();
-  send(before);
+  send(area_);
 }
 
 void WidgetPane::pictureChanges(const PictureChange& change) {
@@ -96,7 +104,7 @@ void WidgetPane::pictureChanges(const PictureChange& change) {
         draw();
       }
       if (change.kind == Kind::didScroll && isOutdated()) {
-        repaint(*host_, area());
+        repaint(*host_, area_);
       }
       break;
     case Kind::willBeReplaced:
@@ -106,9 +114,9 @@ void WidgetPane::pictureChanges(const PictureChange& change) {
 }
 
 void WidgetPane::show(std::shared_ptr<const platform::DisplayList> list, QPointF origin) {
-  const QRegion before = area();
   list_ = std::move(list);
   origin_ = origin;
+  const QRegion before = std::exchange(area_, areaOf(*list_, origin_));
   isDrawn_ = false;
   if (host_ == nullptr || host_->windowHandle() == nullptr) {
     return;
@@ -116,7 +124,7 @@ void WidgetPane::show(std::shared_ptr<const platform::DisplayList> list, QPointF
   if (!isChanging() && !isOutdated() && isSentAsItIs(*host_->windowHandle())) {
     draw();
   }
-  send(before + area());
+  send(before + area_);
 }
 
 void WidgetPane::setHiddenForPicture(bool isHidden) {
@@ -133,21 +141,10 @@ QBackingStore* WidgetPane::backingStore() const {
   return host_ == nullptr || !host_->isWindow() ? nullptr : host_->backingStore();
 }
 
-QRegion WidgetPane::area() const {
-  QRegion result;
-  if (list_ != nullptr) {
-    for (const platform::Figure& figure : *list_) {
-      result += boundsOf(figure).translated(origin_).toAlignedRect().adjusted(-1, -1, 1, 1);
-    }
-  }
-  return result;
-}
-
 bool WidgetPane::isNearFigures(const QRegion& region) const {
   // Some more is saved than figures touch, and the toolkit may paint some more than it is told.
   constexpr int margin = 4;
-  const QRegion figures = area();
-  return std::any_of(figures.begin(), figures.end(), [&region](const QRect& part) {
+  return std::any_of(area_.begin(), area_.end(), [&region](const QRect& part) {
     return region.intersects(part.adjusted(-margin, -margin, margin, margin));
   });
 }
@@ -160,7 +157,7 @@ bool WidgetPane::isChanging() const {
 bool WidgetPane::isOutdated() const {
   const QBackingStore* const store = backingStore();
   return store != nullptr &&
-         (area() & host_->rect()).intersects(PictureWatch::shared().outdated(*store));
+         (area_ & host_->rect()).intersects(PictureWatch::shared().outdated(*store));
 }
 
 void WidgetPane::draw() {
@@ -169,7 +166,7 @@ void WidgetPane::draw() {
       imageOf(*store) == nullptr || isHidden_ || list_ == nullptr) {
     return;
   }
-  const QRegion region = (area() & host_->rect()) - PictureWatch::shared().outdated(*store);
+  const QRegion region = (area_ & host_->rect()) - PictureWatch::shared().outdated(*store);
   const bool isSaved = under_.region() == region && under_.areOf(*imageOf(*store));
   if (!isSaved) {
     putBack();

@@ -33,8 +33,6 @@ class WidgetPane : public OverlayPane, private PictureObserver {
 
   /// Of the window as a whole; null while it has no picture in memory.
   QBackingStore* backingStore() const;
-  /// All that the figures touch, in the window.
-  QRegion area() const;
   /// Whether painting there may change what was saved.
   bool isNearFigures(const QRegion& region) const;
   bool isChanging() const;
@@ -50,6 +48,8 @@ class WidgetPane : public OverlayPane, private PictureObserver {
   QPointer<QWidget> host_;
   std::shared_ptr<const platform::DisplayList> list_;
   QPointF origin_;
+  /// All that the figures touch, in the window.
+  QRegion area_;
   SavedPixels under_;
   /// Whether the figures in the picture are those of `list_`.
   bool isDrawn_ = false;
