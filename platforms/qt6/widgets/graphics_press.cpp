@@ -80,7 +80,7 @@ bool reactsInScene(const QGraphicsView& view, QPoint point) {
          (view.isInteractive() && view.scene() != nullptr && hasOwnPressHandler(*view.scene()));
 }
 
-QWidget* focusedInScene(const QGraphicsView& view) {
+QWidget* typedIntoInScene(QGraphicsView& view) {
   if (!view.isInteractive() || view.scene() == nullptr) {
     return nullptr;
   }
@@ -90,7 +90,8 @@ QWidget* focusedInScene(const QGraphicsView& view) {
                                                           : proxy->widget()->focusWidget();
   };
   if (const QGraphicsItem* const focused = view.scene()->focusItem()) {
-    return focusedIn(focused);
+    QWidget* const widget = focusedIn(focused);
+    return widget == nullptr ? &view : widget;
   }
   for (const QGraphicsItem* figure : view.items()) {
     if (figure->focusItem() == figure) {
@@ -98,11 +99,6 @@ QWidget* focusedInScene(const QGraphicsView& view) {
     }
   }
   return nullptr;
-}
-
-bool isFigureFocused(const QGraphicsView& view) {
-  return view.isInteractive() && view.scene() != nullptr &&
-         (view.scene()->focusItem() != nullptr || focusedInScene(view) != nullptr);
 }
 
 bool takesKeysInScene(const QGraphicsView& view) {

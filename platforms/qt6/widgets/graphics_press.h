@@ -21,13 +21,11 @@ const QGraphicsProxyWidget* widgetInScene(const QGraphicsView& view, QPoint poin
 /// Main thread.
 bool reactsInScene(const QGraphicsView& view, QPoint point);
 
-/// What has the focus in the scene of a view: a widget that stands there. Known also while the
-/// window is in the background, when the scene itself gives no figure the focus. Null when it is no
-/// widget. Main thread.
-QWidget* focusedInScene(const QGraphicsView& view);
-
-/// Whether a figure of the scene has the focus, be it a widget. Main thread.
-bool isFigureFocused(const QGraphicsView& view);
+/// What gets the text that is typed into a view: the widget in its scene that has the focus, the
+/// view itself where a figure of another kind has it, null where none has. Of widgets it is known
+/// also while the window is in the background, when the scene itself gives no figure the focus.
+/// Main thread.
+QWidget* typedIntoInScene(QGraphicsView& view);
 
 /// Whether keys that a view gets do anything in its scene. Main thread.
 bool takesKeysInScene(const QGraphicsView& view);

@@ -118,22 +118,17 @@ platform::ScrollView* WidgetResponder::asScrollView() {
 }
 
 platform::TextInput* WidgetResponder::asTextInput() {
-  if (const auto* const graphics = qobject_cast<const QGraphicsView*>(widget_.data())) {
-    if (!isFigureFocused(*graphics)) {
-      return nullptr;
-    }
-    QWidget* const focused = focusedInScene(*graphics);
-    text_.widget = focused == nullptr ? widget_.data() : focused;
-    return isUserInteractionEnabled() && text_.widget->isEnabled() &&
-                   keyboard::editsText(*text_.widget)
-               ? &text_
-               : nullptr;
-  }
   // Item views say that they edit text when the row they stand on could be edited.
-  return isUserInteractionEnabled() && kind_ != WidgetKind::itemView &&
-                 keyboard::editsText(*widget_)
-             ? &text_
-             : nullptr;
+  if (!isUserInteractionEnabled() || kind_ == WidgetKind::itemView) {
+    return nullptr;
+  }
+  auto* const graphics = qobject_cast<QGraphicsView*>(widget_.data());
+  QWidget* const target = graphics == nullptr ? widget_.data() : typedIntoInScene(*graphics);
+  if (target == nullptr || !target->isEnabled() || !keyboard::editsText(*target)) {
+    return nullptr;
+  }
+  text_.widget = target;
+  return &text_;
 }
 
 platform::KeyInput* WidgetResponder::asKeyInput() {
