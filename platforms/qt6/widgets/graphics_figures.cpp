@@ -8,7 +8,6 @@
 #include <QTextDocument>
 #include <algorithm>
 
-#include "platforms/qt6/shared/spoken_label.h"
 #include "platforms/qt6/shared/surroundings.h"
 #include "platforms/qt6/shared/visible_text.h"
 #include "platforms/qt6/widgets/graphics_press.h"
@@ -68,10 +67,10 @@ std::vector<PlainItem::Description> visibleFigures(const QGraphicsView& view) {
         item->effectiveOpacity() < smallestVisibleOpacity) {
       continue;
     }
-    const QString text = inOneLine(textOf(*item));
+    const QString text = textOf(*item);
     const bool isText = !text.trimmed().isEmpty();
     PlainItem::Description figure;
-    figure.label = isText ? text : inOneLine(plainText(item->toolTip()));
+    figure.label = isText ? text : plainText(item->toolTip());
     if (figure.label.trimmed().isEmpty()) {
       continue;
     }

@@ -9,8 +9,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platforms/qt6/shared/spoken_label.h"
-
 namespace tarnix::qt6 {
 
 namespace {
@@ -77,7 +75,7 @@ std::vector<PlainItem::Description> linksIn(const QTextBlock& first, QPointF ori
     }
     for (const Link& link : linksOf(block)) {
       PlainItem::Description description;
-      description.label = inOneLine(link.text);
+      description.label = link.text;
       description.area = areaOf(block, link).translated(origin).intersected(visible);
       description.traits = traits::link;
       result.push_back(std::move(description));
