@@ -11,6 +11,7 @@
 #include <QTransform>
 #include <cmath>
 
+#include "platforms/qt6/shared/frame.h"
 #include "platforms/qt6/shared/out_of_focus.h"
 
 namespace tarnix::qt6 {
@@ -24,10 +25,6 @@ constexpr std::string_view hourglass = "\u29D6";
 QColor toColor(const platform::Color& color) {
   return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
                           static_cast<float>(color.blue), static_cast<float>(color.alpha));
-}
-
-QRectF toRect(const platform::Rect& rect) {
-  return {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height};
 }
 
 QTransform toTransform(const platform::Transform& transform) {
@@ -62,12 +59,12 @@ class ShapePainter {
     if (command.clip) {
       const QTransform toShape =
           toTransform(command.clip->transform) * toTransform(command.transform).inverted();
-      clip_ = toShape.map(roundedPath(toRect(command.clip->frame), command.clip->cornerRadius));
+      clip_ = toShape.map(roundedPath(rectOf(command.clip->frame), command.clip->cornerRadius));
     }
   }
 
   void operator()(const platform::RoundedRectangle& rectangle) const {
-    const QRectF frame = toRect(rectangle.frame);
+    const QRectF frame = rectOf(rectangle.frame);
     if (rectangle.shadow) {
       paintShadow(frame, rectangle);
     }
@@ -89,7 +86,7 @@ class ShapePainter {
       painter_.setClipPath(*clip_);
     }
     const QFont font = toFont(line.font);
-    const QRectF frame = toRect(line.frame);
+    const QRectF frame = rectOf(line.frame);
     if (line.text == hourglass && !QFontMetricsF(font).inFont(hourglassCharacter)) {
       paintHourglass(frame.center(), line.font.size, toColor(line.color));
       return;
@@ -127,13 +124,13 @@ class ShapePainter {
   }
 
   void operator()(const platform::Backdrop& backdrop) const {
-    const QPainterPath path = roundedPath(toRect(backdrop.frame), 0);
+    const QPainterPath path = roundedPath(rectOf(backdrop.frame), 0);
     paintOutOfFocus(painter_, clip_ ? path.intersected(*clip_) : path, backdrop.radius);
     fill(path, toColor(backdrop.tint));
   }
 
   void operator()(const platform::HorizontalGradient& gradient) const {
-    const QRectF frame = toRect(gradient.frame);
+    const QRectF frame = rectOf(gradient.frame);
     QLinearGradient brush(frame.topLeft(), frame.topRight());
     for (const platform::HorizontalGradient::Stop& stop : gradient.stops) {
       brush.setColorAt(stop.location, toColor(stop.color));
@@ -184,12 +181,12 @@ class ShapePainter {
 struct ShapeBounds {
   QRectF operator()(const platform::RoundedRectangle& rectangle) const {
     const double reach = rectangle.shadow ? std::ceil(rectangle.shadow->radius) : 0;
-    return toRect(rectangle.frame).adjusted(-reach, -reach, reach, reach);
+    return rectOf(rectangle.frame).adjusted(-reach, -reach, reach, reach);
   }
   QRectF operator()(const platform::TextLine& line) const {
     // Accents and slanted letters reach out of their line.
     const double reach = line.font.size / 2;
-    return toRect(line.frame).adjusted(-reach, -reach, reach, reach);
+    return rectOf(line.frame).adjusted(-reach, -reach, reach, reach);
   }
   QRectF operator()(const platform::Stroke& stroke) const {
     QRectF bounds;
@@ -202,9 +199,9 @@ struct ShapeBounds {
     return bounds;
   }
   QRectF operator()(const platform::HorizontalGradient& gradient) const {
-    return toRect(gradient.frame);
+    return rectOf(gradient.frame);
   }
-  QRectF operator()(const platform::Backdrop& backdrop) const { return toRect(backdrop.frame); }
+  QRectF operator()(const platform::Backdrop& backdrop) const { return rectOf(backdrop.frame); }
 };
 
 }  // namespace
@@ -214,7 +211,7 @@ QRectF boundsOf(const platform::Figure& figure) {
   for (const platform::DrawingCommand& command : figure) {
     QRectF area = toTransform(command.transform).mapRect(std::visit(ShapeBounds(), command.shape));
     if (command.clip) {
-      area &= toTransform(command.clip->transform).mapRect(toRect(command.clip->frame));
+      area &= toTransform(command.clip->transform).mapRect(rectOf(command.clip->frame));
     }
     bounds |= area;
   }

@@ -21,4 +21,8 @@ inline platform::Rect frameOf(const QRectF& area) {
   return {{area.x(), area.y()}, {area.width(), area.height()}};
 }
 
+inline QRectF rectOf(const platform::Rect& frame) {
+  return {frame.origin.x, frame.origin.y, frame.size.width, frame.size.height};
+}
+
 }  // namespace tarnix::qt6

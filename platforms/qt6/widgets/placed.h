@@ -16,10 +16,7 @@ struct Placement {
   /// What the view that shows the scene has around it.
   Surroundings outside;
 
-  QRectF mapped(const platform::Rect& frame) const {
-    return toScreen.mapRect(
-        QRectF(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height));
-  }
+  QRectF mapped(const platform::Rect& frame) const { return toScreen.mapRect(rectOf(frame)); }
   QRectF shown(const platform::Rect& frame) const { return outside.visiblePart(mapped(frame)); }
 };
 
