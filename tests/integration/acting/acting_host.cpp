@@ -28,14 +28,10 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeWidget>
-#include <cstdio>
+
+#include "tests/integration/acting/did.h"
 
 namespace {
-
-void did(const QString& what) {
-  std::fprintf(stderr, "did: %s\n", qUtf8Printable(what));
-  std::fflush(stderr);
-}
 
 /// Takes presses and keys in code of its own, as games do.
 class Canvas : public QWidget {

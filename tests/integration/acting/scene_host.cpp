@@ -23,14 +23,10 @@
 #include <QTextBrowser>
 #include <QTreeWidget>
 #include <QUrl>
-#include <cstdio>
+
+#include "tests/integration/acting/did.h"
 
 namespace {
-
-void did(const QString& what) {
-  std::fprintf(stderr, "did: %s\n", qUtf8Printable(what));
-  std::fflush(stderr);
-}
 
 class Piece : public QGraphicsRectItem {
  public:

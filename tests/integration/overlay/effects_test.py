@@ -5,6 +5,7 @@ notice of it.
 With TARNIX_UPDATE_PICTURES set, the pictures that are compared with are taken anew: look at each.
 """
 
+import itertools
 import os
 import pathlib
 import shutil
@@ -97,6 +98,17 @@ class EffectsTest(SideBySide):
             ):
                 return seen
 
+    def assert_goes(self, host, screen, before, frame, tolerance):
+        """All that is shown, with the frames after this one: the orb three seconds after the last
+        effect."""
+        frames = itertools.count(frame + 1)
+
+        def has_gone():
+            host.ask(f"frame {next(frames)}")
+            return screen.picture(host.window).difference(before, tolerance) == 0
+
+        self.assertTrue(wait_until(has_gone), "the picture of before")
+
     @each(*((kind, effect) for kind in KINDS for effect in MOMENTS))
     def test_each_effect_looks_as_it_did_when_somebody_looked(self, case, screen):
         kind, effect = case
@@ -146,14 +158,7 @@ class EffectsTest(SideBySide):
             self.assertTrue(wait_until(has_badge), "the badge of what has passed")
             self.assertEqual(host.ask("state"), state)
 
-            # The orb goes three seconds after.
-            def has_gone():
-                has_gone.time += 1
-                host.ask(f"frame {has_gone.time}")
-                return screen.picture(host.window).difference(before, 2) == 0
-
-            has_gone.time = 1
-            self.assertTrue(wait_until(has_gone), "the picture of before")
+            self.assert_goes(host, screen, before, 1, 2)
 
     @each(*KINDS)
     def test_the_application_does_not_notice(self, kind, screen):
@@ -229,14 +234,7 @@ class EffectsTest(SideBySide):
             for step in range(1, 4):
                 host.ask(f"frame {248 + step}")
 
-            # The orb goes three seconds after the last of them.
-            def has_gone():
-                has_gone.time += 1
-                host.ask(f"frame {has_gone.time}")
-                return screen.picture(host.window).difference(picture, 8) == 0
-
-            has_gone.time = 260
-            self.assertTrue(wait_until(has_gone))
+            self.assert_goes(host, screen, picture, 260, 8)
             self.assertEqual(host.ask("state"), before)
             self.assertLess(host.resident_memory() - memory, 4 * 1024 * 1024)
 
